@@ -1,0 +1,103 @@
+#include "Vellum/KLV/Key.h"
+
+#include "Vellum/DataIO/Memory/MemoryDataSink.h"
+#include "Vellum/DataIO/Memory/MemoryDataSource.h"
+#include "Vellum/Exceptions/InvalidFormat.h"
+#include "Vellum/Exceptions/InvalidLength.h"
+#include "Vellum/KLV/Value.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace {
+
+using Vellum::WString;
+using Vellum::KLV::Key;
+using Vellum::Types::DottedHex;
+
+const WString prefaceText = u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.2F.00";
+
+TEST(Key, TextRoundTripIsUpperCaseDottedHex) {
+    const Key key(prefaceText, DottedHex);
+    EXPECT_EQ(key[0], 0x06);
+    EXPECT_EQ(key[14], 0x2F);
+    EXPECT_EQ(key.toString(), prefaceText);
+    EXPECT_EQ(key.toString().size(), 47U);
+    EXPECT_EQ(Key(u"06.0e.2b.34.02.53.01.01.0d.01.01.01.01.01.2f.00", DottedHex), key);
+    EXPECT_EQ(Key().toString(), u"00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00");
+    EXPECT_EQ(key.serializedSize(), 16);
+}
+
+struct BadText {
+    const char* name;
+    WString text;
+    const char* reason;
+};
+
+class KeyBadText : public ::testing::TestWithParam<BadText> {};
+
+TEST_P(KeyBadText, IsRefusedNamingTheText) {
+    try {
+        Key key(GetParam().text, DottedHex);
+        FAIL() << "accepted " << key.toUtf8();
+    } catch (const Vellum::Exceptions::InvalidFormat& e) {
+        const std::string message = e.utf8Message();
+        EXPECT_NE(message.find("is not a valid key"), std::string::npos) << message;
+        EXPECT_NE(message.find(GetParam().reason), std::string::npos) << message;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Texts, KeyBadText,
+    ::testing::Values(BadText{"empty", u"", "expected 47 characters"},
+                      BadText{"short", u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.2F", "got 44"},
+                      BadText{"long", u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.2F.00.",
+                              "got 48"},
+                      BadText{"missingDot", u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.2F-00",
+                              "expected '.' at position 44"},
+                      BadText{"nonHex", u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.2G.00",
+                              "non-hexadecimal digit at position 43"},
+                      BadText{"spaceSeparators", u"06 0E 2B 34 02 53 01 01 0D 01 01 01 01 01 2F 00",
+                              "expected '.' at position 2"}),
+    [](const auto& p) { return p.param.name; });
+
+TEST(Key, OrderIsBytewise) {
+    const Key a(u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.18.00", DottedHex);
+    const Key b(prefaceText, DottedHex);
+    EXPECT_LT(a, b);
+    EXPECT_FALSE(b < a);
+    EXPECT_NE(a, b);
+}
+
+TEST(Key, VersionByteCanBeIgnored) {
+    const Key v1(u"06.0E.2B.34.01.01.01.01.01.01.15.02.00.00.00.00", DottedHex);
+    const Key v5(u"06.0E.2B.34.01.01.01.05.01.01.15.02.00.00.00.00", DottedHex);
+    EXPECT_NE(v1, v5);
+    EXPECT_TRUE(v1.equalsIgnoringVersion(v5));
+    const Key other(u"06.0E.2B.34.01.01.01.01.01.01.15.03.00.00.00.00", DottedHex);
+    EXPECT_FALSE(v1.equalsIgnoringVersion(other));
+}
+
+TEST(Key, BytesRoundTripAndShortInputs) {
+    const Key key(prefaceText, DottedHex);
+    Vellum::DataIO::Memory::MemoryDataSink sink;
+    key.serialize(sink);
+    Vellum::DataIO::Memory::MemoryDataSource source(sink.rawBuffer(), sink.serializedSize());
+    EXPECT_EQ(Key::read(source), key);
+    Vellum::DataIO::Memory::MemoryDataSource shortSource(sink.rawBuffer(), 15);
+    EXPECT_THROW(Key::read(shortSource), Vellum::Exceptions::InvalidLength);
+    EXPECT_THROW(Key(sink.rawBuffer(), 15), Vellum::Exceptions::InvalidLength);
+}
+
+TEST(Value, ChecksTheCountBeforeAllocating) {
+    const std::vector<std::uint8_t> bytes = {1, 2, 3};
+    Vellum::DataIO::Memory::MemoryDataSource source(bytes.data(), bytes.size());
+    EXPECT_THROW(Vellum::KLV::Value(source, std::uint64_t{1} << 60),
+                 Vellum::Exceptions::InvalidLength);
+    const Vellum::KLV::Value value(source, 3);
+    EXPECT_EQ(value.bytes(), bytes);
+    EXPECT_EQ(value.slice().size(), 3U);
+}
+
+} // namespace

@@ -1,0 +1,96 @@
+#include "Vellum/KLV/TripletReader.h"
+
+#include "Vellum/DataIO/Memory/MemoryDataSource.h"
+#include "Vellum/Exceptions/InvalidFormat.h"
+#include "Vellum/Exceptions/InvalidLength.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+using Vellum::DataIO::Memory::MemoryDataSource;
+using Vellum::KLV::TripletReader;
+
+const Bytes fillKey = {0x06, 0x0E, 0x2B, 0x34, 0x01, 0x01, 0x01, 0x02,
+                       0x03, 0x01, 0x02, 0x10, 0x01, 0x00, 0x00, 0x00};
+
+Bytes triplet(const Bytes& lengthField, std::size_t valueSize) {
+    Bytes out = fillKey;
+    out.insert(out.end(), lengthField.begin(), lengthField.end());
+    out.insert(out.end(), valueSize, 0xAA);
+    return out;
+}
+
+Bytes concat(std::initializer_list<Bytes> parts) {
+    Bytes out;
+    for (const auto& p : parts) {
+        out.insert(out.end(), p.begin(), p.end());
+    }
+    return out;
+}
+
+TEST(TripletReader, WalksConsecutiveTriplets) {
+    const Bytes data = concat(
+        {triplet({0x03}, 3), triplet({0x83, 0x00, 0x00, 0x00}, 0), triplet({0x81, 0x80}, 128)});
+    MemoryDataSource source(data.data(), data.size(), 10);
+    TripletReader reader(source);
+    std::vector<std::uint64_t> offsets;
+    while (auto t = reader.next()) {
+        offsets.push_back(t->offset);
+        EXPECT_TRUE(t->key.isSMPTELabel());
+    }
+    EXPECT_EQ(offsets, (std::vector<std::uint64_t>{10, 30, 50}));
+}
+
+TEST(TripletReader, LeavesTheSourceAtTheValue) {
+    const Bytes data = triplet({0x02}, 2);
+    MemoryDataSource source(data.data(), data.size());
+    TripletReader reader(source);
+    const auto t = reader.next();
+    ASSERT_TRUE(t);
+    EXPECT_EQ(source.position(), t->valueOffset());
+    EXPECT_EQ(t->endOffset(), data.size());
+    EXPECT_EQ(source.readUInt16(), 0xAAAA);
+    EXPECT_FALSE(reader.next());
+}
+
+struct Broken {
+    const char* name;
+    Bytes data;
+    bool formatError;
+    const char* messagePart;
+};
+
+class TripletReaderBroken : public ::testing::TestWithParam<Broken> {};
+
+TEST_P(TripletReaderBroken, StopsWithAnErrorNamingTheOffset) {
+    const auto& c = GetParam();
+    MemoryDataSource source(c.data.data(), c.data.size());
+    TripletReader reader(source);
+    try {
+        while (reader.next()) {
+        }
+        FAIL() << "accepted";
+    } catch (const Vellum::Exceptions::BaseException& e) {
+        EXPECT_EQ(dynamic_cast<const Vellum::Exceptions::InvalidFormat*>(&e) != nullptr,
+                  c.formatError);
+        EXPECT_NE(e.utf8Message().find(c.messagePart), std::string::npos) << e.utf8Message();
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Data, TripletReaderBroken,
+    ::testing::Values(Broken{"truncatedValue", concat({triplet({0x01}, 1), triplet({0x10}, 4)}),
+                             false, "triplet at offset 18 claims 16 bytes, but only 4 remain"},
+                      Broken{"truncatedKey", Bytes(fillKey.begin(), fillKey.begin() + 9), false,
+                             "key needs 16 bytes at offset 0"},
+                      Broken{"hugeLength", triplet({0x88, 0x10, 0, 0, 0, 0, 0, 0, 0}, 8), false,
+                             "claims 1152921504606846976 bytes"},
+                      Broken{"notAKey", concat({triplet({0x00}, 0), Bytes(20, 0x20)}), true,
+                             "the bytes at offset 17 are not a SMPTE key"}),
+    [](const auto& p) { return p.param.name; });
+
+} // namespace
