@@ -1,0 +1,39 @@
+#ifndef VELLUM_TESTS_SUPPORT_SAMPLES_H
+#define VELLUM_TESTS_SUPPORT_SAMPLES_H
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace VellumTest {
+
+/// The folder of the sample MXF files written by independent programs.
+inline std::string sampleDir() {
+    return std::string(VELLUM_TEST_DATA_DIR) + "/mxf";
+}
+
+/// The names of every sample MXF file, sorted.
+inline std::vector<std::string> sampleNames() {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(sampleDir())) {
+        if (entry.path().extension() == ".mxf") {
+            names.push_back(entry.path().filename().string());
+        }
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+/// A sample's name as a test name (letters and digits only).
+inline std::string testName(std::string name) {
+    name = name.substr(0, name.rfind('.'));
+    std::replace_if(
+        name.begin(), name.end(),
+        [](char c) { return !std::isalnum(static_cast<unsigned char>(c)); }, '_');
+    return name;
+}
+
+} // namespace VellumTest
+
+#endif
