@@ -1,0 +1,91 @@
+#include "CliSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+using VellumTest::runVellum;
+using Arguments = std::vector<std::string>;
+
+class Application : public ::testing::Test {
+protected:
+    VellumTest::TempDir m_dir;
+};
+
+TEST_F(Application, EveryWayOfAskingForTheUsageListsTheCommands) {
+    for (const Arguments& arguments :
+         {Arguments{}, Arguments{"--help"}, Arguments{"-h"}, Arguments{"help"}}) {
+        SCOPED_TRACE(arguments.empty() ? "(no arguments)" : arguments.front());
+        const auto run = runVellum(arguments, m_dir);
+        EXPECT_EQ(run.exitCode, 0);
+        EXPECT_EQ(run.err, "");
+        EXPECT_NE(run.out.find("usage: vellum COMMAND"), std::string::npos) << run.out;
+        for (const char* command : {"\n  help ", "\n  version ", "\n  klv "}) {
+            EXPECT_NE(run.out.find(command), std::string::npos) << command;
+        }
+    }
+}
+
+TEST_F(Application, EachCommandHasItsOwnHelp) {
+    struct Case {
+        Arguments arguments;
+        std::string synopsis;
+    };
+    const std::vector<Case> cases = {
+        {{"klv", "--help"}, "usage: vellum klv [--limit N] FILE\n"},
+        {{"klv", "-h"}, "usage: vellum klv [--limit N] FILE\n"},
+        {{"klv", "some.mxf", "--help"}, "usage: vellum klv [--limit N] FILE\n"},
+        {{"help", "klv"}, "usage: vellum klv [--limit N] FILE\n"},
+        {{"version", "--help"}, "usage: vellum version\n"},
+        {{"help", "help"}, "usage: vellum help [COMMAND]\n"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.arguments.front() + " " + c.arguments.back());
+        const auto run = runVellum(c.arguments, m_dir);
+        EXPECT_EQ(run.exitCode, 0);
+        EXPECT_EQ(run.err, "");
+        EXPECT_EQ(run.out.rfind(c.synopsis, 0), 0U) << run.out;
+        EXPECT_NE(run.out.find("-h, --help"), std::string::npos);
+    }
+    EXPECT_NE(runVellum({"klv", "--help"}, m_dir).out.find("--limit N"), std::string::npos);
+}
+
+TEST_F(Application, VersionNamesTheProjectVersion) {
+    const auto run = runVellum({"version"}, m_dir);
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.err, "");
+    EXPECT_EQ(run.out.rfind("vellum " VELLUM_EXPECTED_VERSION "\n", 0), 0U) << run.out;
+    EXPECT_NE(run.out.find("Vellum::Core library " VELLUM_EXPECTED_VERSION), std::string::npos)
+        << run.out;
+}
+
+TEST_F(Application, BadCommandLinesExitWithStatusTwoAndTheUsage) {
+    struct Case {
+        Arguments arguments;
+        std::string problem;
+        std::string synopsis;
+    };
+    const std::vector<Case> cases = {
+        {{"frob"}, "unknown command 'frob'", "vellum COMMAND"},
+        {{"--frob"}, "unknown option '--frob'", "vellum COMMAND"},
+        {{"help", "frob"}, "unknown command 'frob'", "vellum help [COMMAND]"},
+        {{"help", "klv", "version"}, "unexpected argument 'version'", "vellum help [COMMAND]"},
+        {{"version", "extra"}, "unexpected argument 'extra'", "vellum version"},
+        {{"version", "--help=yes"}, "option '--help' takes no value", "vellum version"},
+        {{"version", "-x"}, "unknown option '-x'", "vellum version"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.problem);
+        const auto run = runVellum(c.arguments, m_dir);
+        EXPECT_EQ(run.exitCode, 2);
+        EXPECT_EQ(run.out, "");
+        EXPECT_TRUE(VellumTest::isOneErrorLine(run.err)) << run.err;
+        EXPECT_NE(run.err.find(c.problem), std::string::npos) << run.err;
+        EXPECT_NE(run.err.find("(usage: " + c.synopsis), std::string::npos) << run.err;
+    }
+}
+
+} // namespace
