@@ -1,0 +1,197 @@
+#include "Vellum/Metadata/MetadataSet.h"
+
+#include "Metadata/ElementFactory.h"
+#include "Metadata/MetaElementOf.h"
+
+#include "Vellum/DataIO/DataSink.h"
+#include "Vellum/Exceptions/InvalidFormat.h"
+#include "Vellum/Exceptions/InvalidLength.h"
+#include "Vellum/Exceptions/Throw.h"
+#include "Vellum/KLV/BERLength.h"
+#include "Vellum/MetaMetadata/MetaAttribute.h"
+#include "Vellum/MetaMetadata/MetaElement.h"
+#include "Vellum/MetaMetadata/MetaMetadataSet.h"
+#include "Vellum/Metadata/PartitionMetadata.h"
+#include "Vellum/Metadata/SimpleElement.h"
+#include "Vellum/Metadata/Structural/StructuralMetadataULs.h"
+#include "Vellum/Metadata/Visitors/MetadataSetVisitor.h"
+#include "Vellum/Metadata/Visitors/NonConstMetadataSetVisitor.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+namespace Vellum::Metadata {
+namespace {
+
+bool isInstanceUID(const MetaMetadata::MetaElement* meta) {
+    return meta != nullptr && KLV::Key(meta->ul().data(), 16)
+                                  .equalsIgnoringVersion(KLV::Key(
+                                      Structural::StructuralMetadataULs::instanceUID().data(), 16));
+}
+
+std::uint8_t lengthOctetsFor(std::uint64_t value, std::uint8_t stored) {
+    return std::max(stored, KLV::BERLength::minimalOctets(value));
+}
+
+} // namespace
+
+MetadataSet::MetadataSet(PartitionMetadata& partition, const KLV::Key& key,
+                         const MetaMetadata::MetaMetadataSet* definition)
+    : m_partition(&partition)
+    , m_key(key)
+    , m_definition(definition) {}
+
+MetadataSet::~MetadataSet() = default;
+
+bool MetadataSet::hasBERItemLengths() const noexcept {
+    return m_key[5] == 0x13;
+}
+
+void MetadataSet::createDefinedElements() {
+    if (m_definition == nullptr) {
+        return;
+    }
+    for (const MetaMetadata::MetaElement* meta : m_definition->elementsBySchemaIndex()) {
+        auto element = detail::makeElement(*this, meta->attribute(), meta);
+        Element* raw = element.get();
+        m_elements.push_back(std::move(element));
+        m_valid.emplace(meta->ul(), raw);
+        m_order.push_back(raw);
+        if (isInstanceUID(meta)) {
+            m_instanceUID = raw;
+        }
+    }
+}
+
+Element* MetadataSet::findElement(const Types::UniversalLabel& ul) const noexcept {
+    const auto it = m_valid.find(ul);
+    if (it != m_valid.end()) {
+        return it->second;
+    }
+    if (m_definition == nullptr) {
+        return nullptr;
+    }
+    const MetaMetadata::MetaElement* meta = m_definition->findElement(ul);
+    if (meta == nullptr) {
+        return nullptr;
+    }
+    const auto byDefinition = m_valid.find(meta->ul());
+    return byDefinition == m_valid.end() ? nullptr : byDefinition->second;
+}
+
+Element* MetadataSet::createInvalidElement(Element::AttributePtr attribute) {
+    if (!attribute) {
+        VELLUM_THROW(InvalidFormat, "an invalid element needs a meta-attribute");
+    }
+    const MetaMetadata::MetaElement* meta = detail::metaElementOf(*attribute);
+    auto element = detail::makeElement(*this, std::move(attribute), meta);
+    Element* raw = element.get();
+    m_elements.push_back(std::move(element));
+    m_invalid.push_back(raw);
+    m_order.push_back(raw);
+    if (m_instanceUID == nullptr && isInstanceUID(raw->metaElement())) {
+        m_instanceUID = raw;
+    }
+    return raw;
+}
+
+void MetadataSet::discardInvalidElement(Element* element) {
+    if (m_instanceUID == element) {
+        m_instanceUID = nullptr;
+    }
+    m_invalid.erase(std::remove(m_invalid.begin(), m_invalid.end(), element), m_invalid.end());
+    m_order.erase(std::remove(m_order.begin(), m_order.end(), element), m_order.end());
+    m_elements.erase(std::remove_if(m_elements.begin(), m_elements.end(),
+                                    [element](const auto& e) { return e.get() == element; }),
+                     m_elements.end());
+}
+
+void MetadataSet::markStored(Element& element) {
+    const auto it = std::find(m_order.begin() + static_cast<std::ptrdiff_t>(m_storedCount),
+                              m_order.end(), &element);
+    if (it == m_order.end()) {
+        return; // already among the stored items
+    }
+    std::rotate(m_order.begin() + static_cast<std::ptrdiff_t>(m_storedCount), it, it + 1);
+    ++m_storedCount;
+}
+
+std::size_t MetadataSet::valueCount() const noexcept {
+    return static_cast<std::size_t>(std::count_if(m_order.begin(), m_order.end(),
+                                                  [](const Element* e) { return !e->isEmpty(); }));
+}
+
+const Types::UUID* MetadataSet::instanceUID() const noexcept {
+    const auto* element = dynamic_cast<const SimpleElement*>(m_instanceUID);
+    return element == nullptr ? nullptr : dynamic_cast<const Types::UUID*>(element->value());
+}
+
+void MetadataSet::accept(Visitors::MetadataSetVisitor& visitor) {
+    visitor.visit(*this);
+}
+
+void MetadataSet::accept(Visitors::NonConstMetadataSetVisitor& visitor) {
+    visitor.visit(*this);
+}
+
+void MetadataSet::elementChanged(const Element& element) {
+    if (&element == m_instanceUID) {
+        m_partition->instanceUIDChanged();
+    }
+}
+
+std::uint64_t MetadataSet::itemsSize() const {
+    std::uint64_t total = 0;
+    for (const Element* element : m_order) {
+        if (element->isEmpty()) {
+            continue;
+        }
+        const std::uint64_t size = element->valueSize();
+        const std::uint64_t lengthField =
+            hasBERItemLengths() ? lengthOctetsFor(size, element->lengthOctets()) : 2;
+        total += 2 + lengthField + size;
+    }
+    return total;
+}
+
+std::uint64_t MetadataSet::serializedSize() const {
+    const std::uint64_t items = itemsSize();
+    return KLV::Key::byteCount + lengthOctetsFor(items, m_berOctets) + items;
+}
+
+void MetadataSet::serialize(DataIO::DataSink& sink) const {
+    const std::uint64_t items = itemsSize();
+    m_key.serialize(sink);
+    KLV::BERLength(items, lengthOctetsFor(items, m_berOctets)).write(sink);
+    for (const Element* element : m_order) {
+        if (element->isEmpty()) {
+            continue;
+        }
+        if (!element->localTag()) {
+            VELLUM_THROW(InvalidFormat, "an element of set " + m_key.toUtf8() +
+                                            " has no local tag; write the set through its "
+                                            "partition, which assigns tags");
+        }
+        const std::uint64_t size = element->valueSize();
+        sink.writeUInt16(element->localTag()->value());
+        if (hasBERItemLengths()) {
+            KLV::BERLength(size, lengthOctetsFor(size, element->lengthOctets())).write(sink);
+        } else if (size > 0xFFFF) {
+            VELLUM_THROW(InvalidLength,
+                         "the item with local tag " + std::to_string(element->localTag()->value()) +
+                             " of set " + m_key.toUtf8() + " has " + std::to_string(size) +
+                             " bytes, more than a 2-byte length can hold");
+        } else {
+            sink.writeUInt16(static_cast<std::uint16_t>(size));
+        }
+        element->serializeValue(sink);
+    }
+}
+
+namespace Visitors {
+MetadataSetVisitor::~MetadataSetVisitor() = default;
+NonConstMetadataSetVisitor::~NonConstMetadataSetVisitor() = default;
+} // namespace Visitors
+
+} // namespace Vellum::Metadata

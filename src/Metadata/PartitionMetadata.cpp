@@ -1,0 +1,205 @@
+#include "Vellum/Metadata/PartitionMetadata.h"
+
+#include "Metadata/HeaderMetadataReader.h"
+#include "Metadata/ReferenceWalker.h"
+
+#include "Vellum/DataIO/DataSink.h"
+#include "Vellum/DataIO/File/FileDataSource.h"
+#include "Vellum/Exceptions/InvalidFormat.h"
+#include "Vellum/Exceptions/Throw.h"
+#include "Vellum/MXF/MXFFile.h"
+#include "Vellum/MetaMetadata/Dictionary.h"
+#include "Vellum/MetaMetadata/MetaElement.h"
+#include "Vellum/MetaMetadata/MetaMetadataSet.h"
+#include "Vellum/MetaMetadata/UnknownAttribute.h"
+#include "Vellum/Metadata/SimpleElement.h"
+#include "Vellum/Metadata/Structural/StructuralMetadataKeys.h"
+#include "Vellum/Types/Factories/UID.h"
+
+#include <algorithm>
+#include <unordered_set>
+#include <utility>
+
+namespace Vellum::Metadata {
+namespace {
+
+// The key that `find` compares: registry version cleared, and the BER item-length coding of
+// a local set (0x13) taken as the usual one (0x53), since both name the same set.
+KLV::Key withoutVersion(const KLV::Key& key) {
+    auto bytes = key.bytes();
+    bytes[7] = 0;
+    if (bytes[5] == 0x13) {
+        bytes[5] = 0x53;
+    }
+    return KLV::Key(bytes);
+}
+
+} // namespace
+
+PartitionMetadata::PartitionMetadata(Templates::SharedPtr<MetaMetadata::Dictionary> dictionary)
+    : m_primer(std::move(dictionary)) {}
+
+PartitionMetadata::~PartitionMetadata() = default;
+
+std::unique_ptr<PartitionMetadata>
+PartitionMetadata::read(DataIO::Slice bytes, std::uint64_t offset,
+                        Templates::SharedPtr<MetaMetadata::Dictionary> dictionary) {
+    auto partition = std::make_unique<PartitionMetadata>(std::move(dictionary));
+    HeaderMetadataReader(*partition).read(bytes, offset);
+    return partition;
+}
+
+std::unique_ptr<PartitionMetadata>
+PartitionMetadata::readFile(const std::string& path, const std::string& which,
+                            Templates::SharedPtr<MetaMetadata::Dictionary> dictionary) {
+    DataIO::File::FileDataSource source(path);
+    const MXF::MXFFile file(source);
+    const auto metadata = file.readHeaderMetadata(file.choosePartition(which));
+    return read({metadata.bytes.data(), metadata.bytes.size()}, metadata.offset,
+                std::move(dictionary));
+}
+
+MetadataSet* PartitionMetadata::adoptSet(std::unique_ptr<MetadataSet> set) {
+    MetadataSet* raw = set.get();
+    m_sets.push_back(std::move(set));
+    m_setList.push_back(raw);
+    m_byKey.emplace(withoutVersion(raw->key()), raw);
+    m_layout.push_back(LayoutEntry{raw, nullptr, 0});
+    m_uidIndexValid = false;
+    return raw;
+}
+
+void PartitionMetadata::adoptDark(std::unique_ptr<DarkMetadataSet> dark) {
+    m_darkList.push_back(dark.get());
+    m_layout.push_back(LayoutEntry{nullptr, dark.get(), 0});
+    m_darkSets.push_back(std::move(dark));
+}
+
+void PartitionMetadata::addFill(DataIO::Slice bytes) {
+    m_fills.emplace_back(bytes.begin(), bytes.end());
+    m_layout.push_back(LayoutEntry{nullptr, nullptr, m_fills.size()});
+}
+
+PartitionMetadata::SetList PartitionMetadata::find(const KLV::Key& key) const {
+    SetList result;
+    const auto range = m_byKey.equal_range(withoutVersion(key));
+    for (auto it = range.first; it != range.second; ++it) {
+        result.push_back(it->second);
+    }
+    return result;
+}
+
+const PartitionMetadata::SetList&
+PartitionMetadata::findByInstanceUID(const Types::UUID& uuid) const {
+    if (!m_uidIndexValid) {
+        m_byUID.clear();
+        for (MetadataSet* set : m_setList) {
+            if (const Types::UUID* uid = set->instanceUID()) {
+                m_byUID[*uid].push_back(set);
+            }
+        }
+        m_uidIndexValid = true;
+    }
+    static const SetList none;
+    const auto it = m_byUID.find(uuid);
+    return it == m_byUID.end() ? none : it->second;
+}
+
+MetadataSet* PartitionMetadata::createMetadataSet(const KLV::Key& key) {
+    const MetaMetadata::MetaMetadataSet* definition = m_primer.dictionary()->findSet(key);
+    if (definition == nullptr) {
+        VELLUM_THROW(InvalidFormat, "the dictionary has no local set with key " + key.toUtf8());
+    }
+    std::unique_ptr<MetadataSet> set(new MetadataSet(*this, definition->key(), definition));
+    set->createDefinedElements();
+    if (auto* uid = dynamic_cast<SimpleElement*>(set->m_instanceUID)) {
+        uid->set(std::make_unique<Types::UUID>(
+            Types::Factories::UID::generateUUID(Types::Factories::UID::TimeBased)));
+    }
+    return adoptSet(std::move(set));
+}
+
+void PartitionMetadata::addDarkMetadataSet(Templates::auto_ptr<DarkMetadataSet> dark) {
+    if (!dark) {
+        VELLUM_THROW(InvalidFormat, "cannot add a null dark metadata set");
+    }
+    adoptDark(std::move(dark));
+}
+
+unsigned PartitionMetadata::calculateSerializationOrder(std::vector<const MetadataSet*>& order,
+                                                        bool referencedFirst,
+                                                        bool followWeak) const {
+    order.clear();
+    order.reserve(m_setList.size());
+    std::unordered_set<const MetadataSet*> reached;
+    if (referencedFirst) {
+        const SetList prefaces = find(Structural::StructuralMetadataKeys::preface());
+        if (!prefaces.empty()) {
+            detail::ReferenceWalker walker(*this, followWeak);
+            walker.walk(*prefaces.front(), [&](const MetadataSet& set) {
+                if (reached.insert(&set).second) {
+                    order.push_back(&set);
+                    return true;
+                }
+                return false;
+            });
+        }
+    }
+    for (const MetadataSet* set : m_setList) {
+        if (reached.count(set) == 0) {
+            order.push_back(set);
+        }
+    }
+    return static_cast<unsigned>(m_setList.size() - reached.size());
+}
+
+void PartitionMetadata::assignLocalTags() {
+    for (MetadataSet* set : m_setList) {
+        for (Element* element : set->serializationOrder()) {
+            if (element->isEmpty() || element->localTag()) {
+                continue;
+            }
+            if (const MetaMetadata::MetaElement* meta = element->metaElement()) {
+                element->setLocalTag(m_primer.findOrGenerate(meta->ul()));
+            } else if (const auto* unknown = dynamic_cast<const MetaMetadata::UnknownAttribute*>(
+                           element->metaAttribute().get())) {
+                element->setLocalTag(unknown->localTag());
+                if (const Types::UniversalLabel* ul = unknown->universalLabel()) {
+                    m_primer.insert(unknown->localTag(), *ul);
+                }
+            }
+        }
+    }
+}
+
+std::uint64_t PartitionMetadata::serializedSize() {
+    assignLocalTags();
+    std::uint64_t total = m_primer.serializedSize();
+    for (const LayoutEntry& entry : m_layout) {
+        if (entry.set != nullptr) {
+            total += entry.set->serializedSize();
+        } else if (entry.dark != nullptr) {
+            total += entry.dark->serializedSize();
+        } else {
+            total += m_fills[entry.fill - 1].size();
+        }
+    }
+    return total;
+}
+
+void PartitionMetadata::serialize(DataIO::DataSink& sink) {
+    assignLocalTags();
+    m_primer.serialize(sink);
+    for (const LayoutEntry& entry : m_layout) {
+        if (entry.set != nullptr) {
+            entry.set->serialize(sink);
+        } else if (entry.dark != nullptr) {
+            entry.dark->serialize(sink);
+        } else {
+            const auto& fill = m_fills[entry.fill - 1];
+            sink.write(fill.data(), fill.size());
+        }
+    }
+}
+
+} // namespace Vellum::Metadata

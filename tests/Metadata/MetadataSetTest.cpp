@@ -1,0 +1,217 @@
+#include "Metadata/HeaderMetadataBytes.h"
+
+#include "Vellum/DataIO/Memory/MemoryDataSink.h"
+#include "Vellum/Exceptions/InvalidFormat.h"
+#include "Vellum/MetaMetadata/Dictionary.h"
+#include "Vellum/MetaMetadata/MetaElement.h"
+#include "Vellum/MetaMetadata/MetaMetadataSet.h"
+#include "Vellum/MetaMetadata/MisplacedAttribute.h"
+#include "Vellum/MetaMetadata/UnknownAttribute.h"
+#include "Vellum/Metadata/DarkParsedGroup.h"
+#include "Vellum/Metadata/PartitionMetadata.h"
+#include "Vellum/Metadata/ReferenceArrayElement.h"
+#include "Vellum/Metadata/ReferenceElement.h"
+#include "Vellum/Metadata/SimpleElement.h"
+#include "Vellum/Metadata/Structural/StructuralMetadataKeys.h"
+#include "Vellum/Types/UInt8.h"
+#include "Vellum/Types/UTF16String.h"
+#include "Vellum/Types/Unknown.h"
+#include "Vellum/Types/VersionType.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace Vellum;
+using namespace VellumTest;
+using Metadata::PartitionMetadata;
+
+KLV::Key key(const Bytes& b) {
+    return KLV::Key(b.data(), b.size());
+}
+Types::UniversalLabel label(const char16_t* text) {
+    return Types::UniversalLabel(text, Types::DottedHex);
+}
+
+const char16_t* const companyNameUL = u"06.0E.2B.34.01.01.01.02.05.20.07.01.02.01.00.00";
+const char16_t* const identificationsUL = u"06.0E.2B.34.01.01.01.02.06.01.01.04.06.04.00.00";
+const char16_t* const versionUL = u"06.0E.2B.34.01.01.01.02.03.01.02.01.05.00.00.00";
+
+std::vector<std::uint8_t> write(PartitionMetadata& partition) {
+    DataIO::Memory::MemoryDataSink sink;
+    partition.serialize(sink);
+    return sink.release();
+}
+
+std::unique_ptr<PartitionMetadata> reread(PartitionMetadata& partition) {
+    const auto bytes = write(partition);
+    return PartitionMetadata::read({bytes.data(), bytes.size()}, 0,
+                                   MetaMetadata::Dictionary::builtIn());
+}
+
+TEST(MetadataSet, CreatedSetsHaveEveryDefinedElementAndANewIdentifier) {
+    PartitionMetadata partition(MetaMetadata::Dictionary::builtIn());
+    auto* preface = partition.createMetadataSet(key(prefaceKey));
+    ASSERT_NE(preface->definition(), nullptr);
+    EXPECT_EQ(preface->validCount(), preface->definition()->elements().size());
+    EXPECT_EQ(preface->invalidCount(), 0U);
+    ASSERT_NE(preface->instanceUID(), nullptr);
+    EXPECT_EQ((*preface->instanceUID())[6] >> 4, 1) << "a version 1 UUID";
+    EXPECT_EQ(preface->valueCount(), 1U) << "only the identifier holds a value";
+    auto* other = partition.createMetadataSet(key(prefaceKey));
+    EXPECT_NE(*other->instanceUID(), *preface->instanceUID());
+    EXPECT_EQ(partition.find(Metadata::Structural::StructuralMetadataKeys::preface()).size(), 2U);
+    EXPECT_THROW(partition.createMetadataSet(key(Bytes(16, 0x06))), Exceptions::InvalidFormat);
+}
+
+TEST(MetadataSet, ValuesAndReferencesSurviveWritingAndReading) {
+    PartitionMetadata partition(MetaMetadata::Dictionary::builtIn());
+    auto* preface = partition.createMetadataSet(key(prefaceKey));
+    auto* identification = partition.createMetadataSet(key(identificationKey));
+    auto& company =
+        dynamic_cast<Metadata::SimpleElement&>(*identification->findElement(label(companyNameUL)));
+    company.set(std::make_unique<Types::UTF16String>(u"Vellum \u00E9"));
+    auto& version = dynamic_cast<Metadata::SimpleElement&>(*preface->findElement(label(versionUL)));
+    version.set(std::make_unique<Types::VersionType>(1, 3));
+    auto& identifications = dynamic_cast<Metadata::ReferenceArrayElement&>(
+        *preface->findElement(label(identificationsUL)));
+    identifications.append(identification);
+
+    const auto copy = reread(partition);
+    ASSERT_EQ(copy->sets().size(), 2U);
+    const auto* readPreface = copy->sets()[0];
+    const auto* readIdentification = copy->sets()[1];
+    EXPECT_EQ(*readPreface->instanceUID(), *preface->instanceUID());
+    const auto& readRefs = dynamic_cast<const Metadata::ReferenceArrayElement&>(
+        *readPreface->findElement(label(identificationsUL)));
+    ASSERT_EQ(readRefs.size(), 1U);
+    EXPECT_EQ(readRefs.referenceAt(0).uuid(), *identification->instanceUID());
+    EXPECT_EQ(copy->findByInstanceUID(readRefs.referenceAt(0).uuid()).front(), readIdentification);
+    const auto* readCompany = dynamic_cast<const Types::UTF16String*>(
+        dynamic_cast<const Metadata::SimpleElement&>(
+            *readIdentification->findElement(label(companyNameUL)))
+            .value());
+    ASSERT_NE(readCompany, nullptr);
+    EXPECT_EQ(readCompany->value(), u"Vellum \u00E9");
+    EXPECT_EQ(write(*copy), write(partition)) << "the copy writes the same bytes";
+}
+
+TEST(MetadataSet, SetRefusesAValueOfTheWrongType) {
+    PartitionMetadata partition(MetaMetadata::Dictionary::builtIn());
+    auto* preface = partition.createMetadataSet(key(prefaceKey));
+    auto& version = dynamic_cast<Metadata::SimpleElement&>(*preface->findElement(label(versionUL)));
+    EXPECT_THROW(version.set(std::make_unique<Types::UInt8>(1)), Exceptions::InvalidFormat);
+    EXPECT_TRUE(version.isEmpty());
+}
+
+// A preface holding an unknown static tag, a dynamic tag whose label the dictionary does not
+// know, an element that belongs to Identification, and an InstanceUID of the wrong size.
+Bytes oddPreface() {
+    const Bytes privateLabel = {0x06, 0x0E, 0x2B, 0x34, 0x01, 0x01, 0x01, 0x0E,
+                                0x0E, 0x99, 0x01, 0x02, 0x03, 0x04, 0x05, 0x06};
+    const Bytes companyName = {0x06, 0x0E, 0x2B, 0x34, 0x01, 0x01, 0x01, 0x02,
+                               0x05, 0x20, 0x07, 0x01, 0x02, 0x01, 0x00, 0x00};
+    Bytes items = item(0x3C0A, uuid(0x11));
+    append(items, item(0x7FF0, {1, 2, 3}));
+    append(items, item(0xFF01, {4, 5}));
+    append(items, item(0x3C01, {0x00, 0x41}));
+    append(items, item(0x3C0A, {9, 9, 9}));
+    Bytes out = primer({{0x3C0A, instanceUIDLabel}, {0xFF01, privateLabel}, {0x3C01, companyName}});
+    append(out, klv(prefaceKey, items));
+    return out;
+}
+
+TEST(MetadataSet, KeepsWhatTheDictionaryDoesNotPlaceAndWritesItBack) {
+    const Bytes bytes = oddPreface();
+    auto partition = PartitionMetadata::read({bytes.data(), bytes.size()}, 0,
+                                             MetaMetadata::Dictionary::builtIn());
+    ASSERT_EQ(partition->sets().size(), 1U);
+    const auto* preface = partition->sets()[0];
+    ASSERT_EQ(preface->invalidCount(), 4U);
+    std::vector<const Metadata::Element*> invalid(preface->invalidBegin(), preface->invalidEnd());
+    const auto* unresolved =
+        dynamic_cast<const MetaMetadata::UnknownAttribute*>(invalid[0]->metaAttribute().get());
+    ASSERT_NE(unresolved, nullptr);
+    EXPECT_EQ(unresolved->localTag().value(), 0x7FF0);
+    EXPECT_EQ(unresolved->universalLabel(), nullptr);
+    const auto* unknownLabel =
+        dynamic_cast<const MetaMetadata::UnknownAttribute*>(invalid[1]->metaAttribute().get());
+    ASSERT_NE(unknownLabel, nullptr);
+    EXPECT_NE(unknownLabel->universalLabel(), nullptr);
+    EXPECT_NE(
+        dynamic_cast<const MetaMetadata::MisplacedAttribute*>(invalid[2]->metaAttribute().get()),
+        nullptr);
+    EXPECT_NE(
+        dynamic_cast<const MetaMetadata::UnknownAttribute*>(invalid[3]->metaAttribute().get()),
+        nullptr)
+        << "a second InstanceUID of the wrong size is kept raw";
+    EXPECT_EQ(write(*partition), bytes);
+}
+
+TEST(MetadataSet, UnknownSetsAndOtherTripletsAreKeptDark) {
+    const Bytes privateSetKey = {0x06, 0x0E, 0x2B, 0x34, 0x02, 0x53, 0x01, 0x01,
+                                 0x0E, 0x77, 0x01, 0x01, 0x01, 0x01, 0x01, 0x00};
+    const Bytes otherKey = {0x06, 0x0E, 0x2B, 0x34, 0x01, 0x02, 0x01, 0x01,
+                            0x0D, 0x01, 0x03, 0x01, 0x15, 0x01, 0x05, 0x01};
+    Bytes bytes = primer({{0x3C0A, instanceUIDLabel}});
+    append(bytes, klv(privateSetKey, item(0x3C0A, uuid(0x22))));
+    append(bytes, klv(fillKey, Bytes(7, 0)));
+    append(bytes, klv(otherKey, {1, 2, 3, 4}));
+    auto partition = PartitionMetadata::read({bytes.data(), bytes.size()}, 0,
+                                             MetaMetadata::Dictionary::builtIn());
+    ASSERT_EQ(partition->sets().size(), 1U);
+    EXPECT_NE(dynamic_cast<const Metadata::DarkParsedGroup*>(partition->sets()[0]), nullptr);
+    ASSERT_NE(partition->sets()[0]->instanceUID(), nullptr)
+        << "known items of a dark group stay typed";
+    EXPECT_EQ(partition->darkCount(), 1U);
+    EXPECT_EQ((*partition->darkBegin())->value()->size(), 4U);
+    EXPECT_EQ(write(*partition), bytes);
+}
+
+TEST(MetadataSet, BERCodedItemLengthsWriteBack) {
+    Bytes berPreface = prefaceKey;
+    berPreface[5] = 0x13;
+    Bytes items = {0x3C, 0x0A, 0x83, 0x00, 0x00, 0x10};
+    append(items, uuid(0x33));
+    append(items, {0x3B, 0x05, 0x02, 0x01, 0x02});
+    Bytes bytes = primer({{0x3C0A, instanceUIDLabel}});
+    append(bytes, klv(berPreface, items));
+    auto partition = PartitionMetadata::read({bytes.data(), bytes.size()}, 0,
+                                             MetaMetadata::Dictionary::builtIn());
+    const auto* version = dynamic_cast<const Types::VersionType*>(
+        dynamic_cast<const Metadata::SimpleElement&>(
+            *partition->sets()[0]->findElement(label(versionUL)))
+            .value());
+    ASSERT_NE(version, nullptr);
+    EXPECT_EQ(version->minor(), 2);
+    EXPECT_EQ(write(*partition), bytes);
+}
+
+TEST(MetadataSet, SerializationOrderPutsUnreachedSetsLast) {
+    PartitionMetadata partition(MetaMetadata::Dictionary::builtIn());
+    auto* floating = partition.createMetadataSet(key(identificationKey));
+    auto* preface = partition.createMetadataSet(key(prefaceKey));
+    auto* reached = partition.createMetadataSet(key(identificationKey));
+    dynamic_cast<Metadata::ReferenceArrayElement&>(*preface->findElement(label(identificationsUL)))
+        .append(reached);
+    std::vector<const Metadata::MetadataSet*> order;
+    EXPECT_EQ(partition.calculateSerializationOrder(order, true, false), 1U);
+    EXPECT_EQ(order, (std::vector<const Metadata::MetadataSet*>{preface, reached, floating}));
+    EXPECT_EQ(partition.calculateSerializationOrder(order, false, false), 3U);
+    EXPECT_EQ(order.front(), floating);
+}
+
+TEST(MetadataSet, ReferenceCyclesEndTheWalk) {
+    PartitionMetadata partition(MetaMetadata::Dictionary::builtIn());
+    auto* preface = partition.createMetadataSet(key(prefaceKey));
+    auto* other = partition.createMetadataSet(key(prefaceKey));
+    const Types::UniversalLabel contentStorage =
+        label(u"06.0E.2B.34.01.01.01.02.06.01.01.04.02.01.00.00");
+    dynamic_cast<Metadata::ReferenceElement&>(*preface->findElement(contentStorage)).set(other);
+    dynamic_cast<Metadata::ReferenceElement&>(*other->findElement(contentStorage)).set(preface);
+    std::vector<const Metadata::MetadataSet*> order;
+    EXPECT_EQ(partition.calculateSerializationOrder(order, true, false), 0U);
+    EXPECT_EQ(order.size(), 2U);
+}
+
+} // namespace

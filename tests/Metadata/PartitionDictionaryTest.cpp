@@ -1,0 +1,90 @@
+#include "Vellum/Metadata/PartitionDictionary.h"
+
+#include "Vellum/DataIO/Memory/MemoryDataSink.h"
+#include "Vellum/Exceptions/InvalidFormat.h"
+#include "Vellum/Exceptions/NotFoundInPrimer.h"
+#include "Vellum/MetaMetadata/Dictionary.h"
+#include "Vellum/Metadata/Structural/StructuralMetadataULs.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace Vellum;
+using Metadata::PartitionDictionary;
+using Types::LocalTag;
+using Types::UniversalLabel;
+
+UniversalLabel privateLabel(std::uint8_t last) {
+    UniversalLabel ul(u"06.0E.2B.34.01.01.01.0E.0E.99.01.02.03.04.05.00", Types::DottedHex);
+    ul[15] = last;
+    return ul;
+}
+
+TEST(PartitionDictionary, DynamicTagsCountDownFromFFFF) {
+    PartitionDictionary primer(MetaMetadata::Dictionary::builtIn());
+    EXPECT_EQ(primer.findOrGenerate(privateLabel(1)).value(), 0xFFFF);
+    EXPECT_EQ(primer.findOrGenerate(privateLabel(2)).value(), 0xFFFE);
+    EXPECT_EQ(primer.findOrGenerate(privateLabel(1)).value(), 0xFFFF) << "asked again: same tag";
+    EXPECT_EQ(primer.size(), 2U);
+    EXPECT_EQ(primer.find(LocalTag(0xFFFE), false), privateLabel(2));
+}
+
+TEST(PartitionDictionary, KnownLabelsGetTheirStaticTag) {
+    PartitionDictionary primer(MetaMetadata::Dictionary::builtIn());
+    const auto& instanceUID = Metadata::Structural::StructuralMetadataULs::instanceUID();
+    EXPECT_EQ(primer.findOrGenerate(instanceUID).value(), 0x3C0A);
+    // Another version byte names the same element.
+    UniversalLabel otherVersion = instanceUID;
+    otherVersion[7] = 0x05;
+    EXPECT_EQ(primer.findOrGenerate(otherVersion).value(), 0x3C0A);
+    EXPECT_EQ(primer.size(), 1U);
+}
+
+TEST(PartitionDictionary, AStaticTagTakenByAnotherLabelFallsBackToADynamicTag) {
+    PartitionDictionary primer(MetaMetadata::Dictionary::builtIn());
+    primer.insert(LocalTag(0x3C0A), privateLabel(9));
+    EXPECT_EQ(
+        primer.findOrGenerate(Metadata::Structural::StructuralMetadataULs::instanceUID()).value(),
+        0xFFFF);
+}
+
+TEST(PartitionDictionary, UnknownTagsThrowNotFoundInPrimer) {
+    PartitionDictionary primer(MetaMetadata::Dictionary::builtIn());
+    try {
+        primer.find(LocalTag(0x3C0A), false);
+        FAIL() << "found";
+    } catch (const Exceptions::NotFoundInPrimer& e) {
+        EXPECT_EQ(e.utf8Message(), "local tag 3C.0A is not in the primer");
+    }
+    EXPECT_EQ(primer.find(LocalTag(0x3C0A), true),
+              Metadata::Structural::StructuralMetadataULs::instanceUID())
+        << "the dictionary knows the static tag";
+    EXPECT_THROW(primer.find(LocalTag(0x9000), true), Exceptions::NotFoundInPrimer);
+}
+
+TEST(PartitionDictionary, RunsOutOfDynamicTagsWithAnError) {
+    PartitionDictionary primer(MetaMetadata::Dictionary::builtIn());
+    for (unsigned tag = 0x8000; tag <= 0xFFFF; ++tag) {
+        primer.insert(LocalTag(static_cast<std::uint16_t>(tag)), privateLabel(0));
+    }
+    EXPECT_THROW(primer.findOrGenerate(privateLabel(7)), Exceptions::InvalidFormat);
+}
+
+TEST(PartitionDictionary, WritesAPrimerPack) {
+    PartitionDictionary primer(MetaMetadata::Dictionary::builtIn());
+    primer.findOrGenerate(privateLabel(3));
+    DataIO::Memory::MemoryDataSink sink;
+    primer.serialize(sink);
+    ASSERT_EQ(sink.serializedSize(), primer.serializedSize());
+    ASSERT_EQ(sink.serializedSize(), 16U + 4 + 8 + 18);
+    const std::uint8_t* b = sink.rawBuffer();
+    EXPECT_EQ(b[13], 0x05) << "primer pack key";
+    EXPECT_EQ(b[16], 0x83) << "four-octet length";
+    EXPECT_EQ(b[23], 1) << "one entry";
+    EXPECT_EQ(b[27], 18) << "of 18 bytes";
+    EXPECT_EQ(b[28], 0xFF);
+    EXPECT_EQ(b[29], 0xFF);
+}
+
+} // namespace
