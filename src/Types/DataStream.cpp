@@ -1,0 +1,7 @@
+#include "Vellum/Types/DataStream.h"
+
+namespace Vellum::Types {
+
+DataStream::~DataStream() = default;
+
+} // namespace Vellum::Types

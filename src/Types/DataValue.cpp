@@ -1,0 +1,7 @@
+#include "Vellum/Types/DataValue.h"
+
+namespace Vellum::Types {
+
+DataValue::~DataValue() = default;
+
+} // namespace Vellum::Types

@@ -1,0 +1,7 @@
+#include "Vellum/Types/SignalStandard.h"
+
+namespace Vellum::Types {
+
+SignalStandard::~SignalStandard() = default;
+
+} // namespace Vellum::Types

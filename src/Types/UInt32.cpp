@@ -1,0 +1,7 @@
+#include "Vellum/Types/UInt32.h"
+
+namespace Vellum::Types {
+
+UInt32::~UInt32() = default;
+
+} // namespace Vellum::Types

@@ -1,0 +1,96 @@
+#include "Vellum/Types/Collection.h"
+
+#include "TypesTestSupport.h"
+
+#include "Vellum/Exceptions/InvalidFormat.h"
+#include "Vellum/Exceptions/InvalidLength.h"
+#include "Vellum/Types/Array.h"
+#include "Vellum/Types/Batch.h"
+#include "Vellum/Types/DataStream.h"
+#include "Vellum/Types/UInt16.h"
+#include "Vellum/Types/UInt32.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <utility>
+
+namespace {
+
+using namespace VellumTypesTest;
+using Vellum::Exceptions::InvalidFormat;
+using Vellum::Exceptions::InvalidLength;
+using Vellum::Types::Array;
+using Vellum::Types::Batch;
+using Vellum::Types::DataStream;
+using Vellum::Types::UInt16;
+using Vellum::Types::UInt32;
+
+Batch batchOf(std::initializer_list<std::uint16_t> values) {
+    Batch batch(2, Id::UInt16);
+    for (const std::uint16_t v : values) {
+        batch.append(std::make_unique<UInt16>(v));
+    }
+    return batch;
+}
+
+TEST(Collection, SerialisesCountSizeAndItems) {
+    const Batch batch = batchOf({1, 0x0203});
+    EXPECT_EQ(batch.size(), 2U);
+    EXPECT_EQ(batch.serializedSize(), 12U);
+    EXPECT_EQ(serialized(batch), (Bytes{0, 0, 0, 2, 0, 0, 0, 2, 0, 1, 2, 3}));
+    EXPECT_EQ(serialized(Array(16, Id::UUID)), (Bytes{0, 0, 0, 0, 0, 0, 0, 16}));
+}
+
+TEST(Collection, AppendChecksTypeAndSize) {
+    Batch batch(2, Id::UInt16);
+    expectThrowWith<InvalidFormat>([&] { batch.append(std::make_unique<UInt32>(1)); },
+                                   "Batch of UInt16 cannot take an item of UInt32");
+    expectThrowWith<InvalidFormat>([&] { batch.append(nullptr); }, "no item");
+
+    Array streams(3, Id::DataStream);
+    const Bytes three{1, 2, 3};
+    streams.append(std::make_unique<DataStream>(three.data(), 3));
+    expectThrowWith<InvalidLength>(
+        [&] { streams.append(std::make_unique<DataStream>(three.data(), 2)); },
+        "items of 3 bytes, not 2");
+    EXPECT_EQ(streams.size(), 1U);
+    EXPECT_EQ(batch.size(), 0U);
+}
+
+TEST(Collection, ConstructorChecksItemType) {
+    expectThrowWith<InvalidLength>([] { Batch(4, Id::UInt16); }, "2 bytes, not 4");
+    expectThrowWith<InvalidFormat>([] { Array(4, Id::Float); }, "no value class");
+    expectThrowWith<InvalidFormat>([] { Array(4, Id::Batch); }, "no value class");
+}
+
+TEST(Collection, IndexIsChecked) {
+    Batch batch = batchOf({7});
+    EXPECT_EQ(dynamic_cast<const UInt16&>(std::as_const(batch).at(0)).value(), 7);
+    expectThrowWith<InvalidLength>([&] { std::as_const(batch).at(1); }, "index 1 is past its 1");
+    expectThrowWith<InvalidLength>([&] { batch.at(0xFFFFFFFFU); }, "index 4294967295");
+    expectThrowWith<InvalidLength>([] { Array(1, Id::UInt8).at(0); }, "past its 0 items");
+}
+
+TEST(Collection, CloneIsDeep) {
+    Batch original = batchOf({1, 2});
+    const auto copy = original.clone();
+    ASSERT_EQ(copy->identifier(), Id::Batch);
+    dynamic_cast<UInt16&>(copy->at(0)).setValue(99);
+    EXPECT_EQ(dynamic_cast<const UInt16&>(original.at(0)).value(), 1);
+    EXPECT_NE(&copy->at(1), &original.at(1));
+    EXPECT_EQ(serialized(*copy), (Bytes{0, 0, 0, 2, 0, 0, 0, 2, 0, 99, 0, 2}));
+
+    const auto arrayCopy = Array(2, Id::UInt16).clone();
+    EXPECT_EQ(arrayCopy->identifier(), Id::Array);
+    EXPECT_EQ(arrayCopy->itemSize(), 2U);
+}
+
+TEST(Collection, MovesItsItems) {
+    Batch source = batchOf({5});
+    const Vellum::Types::SimpleDataType* item = &source.at(0);
+    Batch target(std::move(source));
+    EXPECT_EQ(&target.at(0), item);
+}
+
+} // namespace

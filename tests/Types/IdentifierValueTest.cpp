@@ -1,0 +1,158 @@
+#include "Vellum/Types/IdentifierValue.h"
+
+#include "TypesTestSupport.h"
+
+#include "Vellum/Exceptions/InvalidFormat.h"
+#include "Vellum/Exceptions/InvalidLength.h"
+#include "Vellum/Types/LocalTag.h"
+#include "Vellum/Types/StrongReference.h"
+#include "Vellum/Types/UMID32.h"
+#include "Vellum/Types/UMID64.h"
+#include "Vellum/Types/UUID.h"
+#include "Vellum/Types/UniversalLabel.h"
+#include "Vellum/Types/WeakReference.h"
+#include "Vellum/Utils/StringConversion.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+
+namespace {
+
+using namespace VellumTypesTest;
+using Vellum::WString;
+using Vellum::Exceptions::InvalidFormat;
+using Vellum::Exceptions::InvalidLength;
+using Vellum::Types::DottedHex;
+namespace T = Vellum::Types;
+
+// The dotted text of `count` bytes counting up from `first`.
+WString dotted(std::size_t count, std::uint8_t first) {
+    const Bytes bytes = counting(count, first);
+    return Vellum::Types::StringRepresentation::format(bytes.data(), bytes.size());
+}
+
+// Parses `text` as the named kind and prints it again.
+struct TextKind {
+    const char* name;
+    std::size_t textLength;
+    std::function<WString(const WString&)> roundTrip;
+};
+
+std::vector<TextKind> textKinds() {
+    return {
+        {"UUID", 47,
+         [](const WString& t) {
+             return T::UUID(t, DottedHex).toString(DottedHex);
+         }},
+        {"UniversalLabel", 47,
+         [](const WString& t) {
+             return T::UniversalLabel(t, DottedHex).toString(DottedHex);
+         }},
+        {"UMID32", 95,
+         [](const WString& t) {
+             return T::UMID32(t, DottedHex).toString(DottedHex);
+         }},
+        {"UMID64", 191,
+         [](const WString& t) {
+             return T::UMID64(t, DottedHex).toString(DottedHex);
+         }},
+        {"LocalTag", 5,
+         [](const WString& t) {
+             return T::LocalTag(t, DottedHex).toString();
+         }},
+        {"StrongReference", 47,
+         [](const WString& t) {
+             return T::StrongReference(t).toString();
+         }},
+        {"WeakReference", 47,
+         [](const WString& t) {
+             return T::WeakReference(t).toString();
+         }},
+    };
+}
+
+class TextForms : public ::testing::TestWithParam<TextKind> {};
+
+TEST_P(TextForms, TextSurvivesParseAndPrint) {
+    const TextKind& k = GetParam();
+    const WString text = dotted((k.textLength + 1) / 3, 0xA5);
+    ASSERT_EQ(text.size(), k.textLength);
+    EXPECT_EQ(k.roundTrip(text), text);
+    WString lower = text;
+    for (char16_t& c : lower) {
+        c = (c >= u'A' && c <= u'F') ? static_cast<char16_t>(c - u'A' + u'a') : c;
+    }
+    EXPECT_EQ(k.roundTrip(lower), text) << "lower case is accepted, upper case printed";
+}
+
+TEST_P(TextForms, MalformedTextThrowsNamingIt) {
+    const TextKind& k = GetParam();
+    const WString good = dotted((k.textLength + 1) / 3, 0x10);
+    WString noDot = good;
+    noDot[2] = u'-';
+    WString notHex = good;
+    notHex[k.textLength - 1] = u'G';
+    for (const WString& bad :
+         {WString(), good.substr(1), good + u".00", noDot, notHex, WString(good.size(), u'.')}) {
+        SCOPED_TRACE(Vellum::Utils::wstringToString(bad));
+        expectThrowWith<InvalidFormat>([&] { k.roundTrip(bad); },
+                                       "'" + Vellum::Utils::wstringToString(bad) + "'");
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, TextForms, ::testing::ValuesIn(textKinds()),
+                         [](const auto& p) { return std::string(p.param.name); });
+
+TEST(IdentifierValue, ByteAccessIsChecked) {
+    T::UUID uuid;
+    uuid[15] = 0xAB;
+    EXPECT_EQ(std::as_const(uuid)[15], 0xAB);
+    EXPECT_EQ(uuid.toString().substr(42), u"00.AB");
+    expectThrowWith<InvalidLength>([&] { uuid[16] = 1; }, "byte index 16 is outside the 16");
+    const T::UMID64 umid;
+    expectThrowWith<InvalidLength>([&] { umid[64]; }, "64 bytes of a UMID64");
+    EXPECT_EQ(T::UMID32::size(), 32U);
+}
+
+TEST(IdentifierValue, RawBytesMustHaveTheExactLength) {
+    const Bytes bytes = counting(17, 0);
+    EXPECT_EQ(T::UniversalLabel(bytes.data(), 16)[15], 15);
+    expectThrowWith<InvalidLength>([&] { T::UniversalLabel(bytes.data(), 17); },
+                                   "UniversalLabel has 16 bytes, not 17");
+    expectThrowWith<InvalidFormat>([] { T::UUID(nullptr, 16); }, "no bytes given for a UUID");
+}
+
+TEST(IdentifierValue, ComparesByteWise) {
+    const T::UUID a(dotted(16, 1), DottedHex);
+    const T::UUID b(dotted(16, 2), DottedHex);
+    EXPECT_TRUE(a == T::UUID(a));
+    EXPECT_TRUE(a != b);
+    EXPECT_TRUE(a < b);
+    EXPECT_FALSE(b < a);
+}
+
+TEST(LocalTag, ReadsTextAndKnowsStaticTags) {
+    const T::LocalTag tag(u"3C.0a", DottedHex);
+    EXPECT_EQ(tag.value(), 0x3C0A);
+    EXPECT_EQ(tag.toString(), u"3C.0A");
+    EXPECT_TRUE(tag.isStaticLocalTag());
+    EXPECT_TRUE(T::LocalTag(0x7FFF).isStaticLocalTag());
+    EXPECT_FALSE(T::LocalTag(0x8000).isStaticLocalTag());
+    EXPECT_EQ(T::LocalTag(0xFFFF).toString(), u"FF.FF");
+    EXPECT_EQ(serialized(tag), (Bytes{0x3C, 0x0A}));
+    EXPECT_TRUE(T::LocalTag(1) < T::LocalTag(2));
+}
+
+TEST(Reference, HoldsTheTargetUUID) {
+    const T::UUID target(dotted(16, 0x20), DottedHex);
+    const T::StrongReference strong(target);
+    EXPECT_EQ(strong.uuid(), target);
+    EXPECT_EQ(strong.toString(), target.toString());
+    EXPECT_EQ(serialized(strong), Bytes(target.bytes().begin(), target.bytes().end()));
+    EXPECT_EQ(T::WeakReference(target.toString()).uuid(), target);
+    EXPECT_EQ(T::Reference::size(), 16U);
+}
+
+} // namespace
