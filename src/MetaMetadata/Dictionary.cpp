@@ -1,0 +1,87 @@
+#include "Vellum/MetaMetadata/Dictionary.h"
+
+#include "MetaMetadata/BuiltInDictionaryText.h"
+#include "MetaMetadata/DictionaryBuilder.h"
+#include "MetaMetadata/DictionaryParser.h"
+
+#include "Vellum/DataIO/File/FileDataSource.h"
+#include "Vellum/Exceptions/InvalidLength.h"
+#include "Vellum/Exceptions/Throw.h"
+
+#include <string>
+#include <vector>
+
+namespace Vellum::MetaMetadata {
+namespace {
+
+// A dictionary file is a few hundred kilobytes; this bound only stops a wrong path from
+// loading something huge.
+constexpr std::uint64_t maxFileSize = 64U * 1024U * 1024U;
+
+const char* const builtInSourceName = "vellum-dictionary.txt (built in)";
+
+} // namespace
+
+Dictionary::Dictionary() = default;
+
+Dictionary::~Dictionary() = default;
+
+Templates::SharedPtr<Dictionary> Dictionary::builtIn() {
+    auto dictionary = std::make_shared<Dictionary>();
+    dictionary->loadText(builtInDictionaryText(), builtInSourceName);
+    return dictionary;
+}
+
+std::string_view Dictionary::builtInText() {
+    return builtInDictionaryText();
+}
+
+void Dictionary::loadFile(const std::string& path) {
+    DataIO::File::FileDataSource source(path);
+    if (source.size() > maxFileSize) {
+        VELLUM_THROW(InvalidLength,
+                     "dictionary file " + path + " has " + std::to_string(source.size()) +
+                         " bytes, more than the limit of " + std::to_string(maxFileSize));
+    }
+    std::string text(static_cast<std::size_t>(source.size()), '\0');
+    source.read(reinterpret_cast<std::uint8_t*>(text.data()), text.size());
+    loadText(text, path);
+}
+
+void Dictionary::loadText(std::string_view text, const std::string& sourceName) {
+    DictionaryParser parser(text, sourceName);
+    parser.parse();
+    DictionaryBuilder(*this, parser).build();
+}
+
+const MetaMetadataSet* Dictionary::findSet(const KLV::Key& key) const noexcept {
+    const auto found = m_setsByBaseKey.find(DictionaryBuilder::baseKey(key));
+    return found != m_setsByBaseKey.end() &&
+                   found->second->kind() == MetaMetadataSet::Kind::LocalSet
+               ? found->second
+               : nullptr;
+}
+
+const MetaMetadataSet* Dictionary::findPack(const KLV::Key& key) const noexcept {
+    const auto found = m_setsByBaseKey.find(DictionaryBuilder::baseKey(key));
+    return found != m_setsByBaseKey.end() && found->second->kind() == MetaMetadataSet::Kind::Pack
+               ? found->second
+               : nullptr;
+}
+
+const MetaMetadataSet* Dictionary::findSetByName(const WString& name) const noexcept {
+    const auto found = m_setsByName.find(name);
+    return found == m_setsByName.end() ? nullptr : found->second;
+}
+
+const MetaElement* Dictionary::findElement(const Types::UniversalLabel& ul) const noexcept {
+    const auto found = m_elementsByBaseLabel.find(DictionaryBuilder::baseLabel(ul));
+    return found == m_elementsByBaseLabel.end() ? nullptr : found->second;
+}
+
+const MetaElement* Dictionary::findElementByStaticTag(std::uint16_t tag) const noexcept {
+    const auto found = m_elementsByTag.find(tag);
+    return found == m_elementsByTag.end() ? nullptr : found->second;
+}
+
+} // namespace Vellum::MetaMetadata

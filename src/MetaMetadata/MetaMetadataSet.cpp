@@ -1,0 +1,78 @@
+#include "Vellum/MetaMetadata/MetaMetadataSet.h"
+
+#include "Vellum/MetaMetadata/MetaAttribute.h"
+#include "Vellum/MetaMetadata/MetaElement.h"
+
+#include <algorithm>
+
+namespace Vellum::MetaMetadata {
+namespace {
+
+bool equalIgnoringVersion(const Types::UniversalLabel& a, const Types::UniversalLabel& b) noexcept {
+    const auto& x = a.bytes();
+    const auto& y = b.bytes();
+    return std::equal(x.begin(), x.begin() + 7, y.begin()) &&
+           std::equal(x.begin() + 8, x.end(), y.begin() + 8);
+}
+
+} // namespace
+
+MetaMetadataSet::MetaMetadataSet(Definition definition, const MetaMetadataSet* parent)
+    : m_definition(std::move(definition))
+    , m_key(m_definition.key.value_or(KLV::Key()))
+    , m_parent(parent)
+    , m_depth(parent == nullptr ? 0 : parent->depth() + 1) {}
+
+MetaMetadataSet::~MetaMetadataSet() = default;
+
+bool MetaMetadataSet::isKindOf(const MetaMetadataSet& other) const noexcept {
+    for (const MetaMetadataSet* set = this; set != nullptr; set = set->m_parent) {
+        if (set == &other) {
+            return true;
+        }
+    }
+    return false;
+}
+
+const WString* MetaMetadataSet::property(const WString& propertyName) const noexcept {
+    if (propertyName == u"XMLTagName") {
+        return &m_definition.xmlTagName;
+    }
+    if (propertyName == u"XMLDefaultPrefix") {
+        return &m_definition.xmlPrefix;
+    }
+    if (propertyName == u"XMLNamespaceURI") {
+        return &m_definition.xmlNamespace;
+    }
+    return nullptr;
+}
+
+const MetaElement* MetaMetadataSet::findElement(const Types::UniversalLabel& ul) const noexcept {
+    const auto exact = m_elements.find(ul);
+    if (exact != m_elements.end()) {
+        return exact->second;
+    }
+    // Every label of a set shares its first seven bytes with almost every other, so a label
+    // written with another version byte is looked for by a scan.
+    for (const auto& [label, element] : m_elements) {
+        if (equalIgnoringVersion(label, ul)) {
+            return element;
+        }
+    }
+    return nullptr;
+}
+
+const MetaElement* MetaMetadataSet::findElementByTag(std::uint16_t tag) const noexcept {
+    const auto found = std::lower_bound(
+        m_byTag.begin(), m_byTag.end(), tag,
+        [](const auto& entry, std::uint16_t value) { return entry.first < value; });
+    return found != m_byTag.end() && found->first == tag ? found->second : nullptr;
+}
+
+Templates::SharedPtr<const MetaAttribute>
+MetaMetadataSet::attribute(const Types::UniversalLabel& ul) const {
+    const MetaElement* element = findElement(ul);
+    return element == nullptr ? nullptr : element->attribute();
+}
+
+} // namespace Vellum::MetaMetadata

@@ -1,0 +1,418 @@
+#include "Vellum/MetaMetadata/Dictionary.h"
+
+#include "Vellum/Exceptions/IOError.h"
+#include "Vellum/Exceptions/InvalidFormat.h"
+#include "Vellum/MetaMetadata/MetaElement.h"
+#include "Vellum/MetaMetadata/MetaMetadataSet.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <ostream>
+#include <random>
+#include <sstream>
+#include <string>
+
+namespace {
+
+using namespace Vellum;
+using namespace Vellum::MetaMetadata;
+
+// Records are written with '|' between fields for readability; the dictionary wants tabs.
+std::string tsv(std::string text) {
+    std::replace(text.begin(), text.end(), '|', '\t');
+    return text;
+}
+
+// Lines 1 to 3; the first record of a user text is on line 4.
+const std::string header = tsv("format|vellum-dictionary|1\n"
+                               "columns|set|key|name|parent|abstract|structural|xml-prefix|"
+                               "xml-namespace\n"
+                               "columns|element|set|ul|name|local-tag|type|collection|reference|"
+                               "target|required|order\n");
+
+const std::string keyA = "06.0E.2B.34.02.53.01.01.0E.7F.01.01.01.01.01.00";
+const std::string keyB = "06.0E.2B.34.02.53.01.01.0E.7F.01.01.01.01.02.00";
+const std::string ulA = "06.0E.2B.34.01.01.01.01.0E.7F.01.01.01.00.00.00";
+const std::string ulB = "06.0E.2B.34.01.01.01.01.0E.7F.01.01.02.00.00.00";
+const std::string ulC = "06.0E.2B.34.01.01.01.01.0E.7F.01.01.03.00.00.00";
+const std::string ulD = "06.0E.2B.34.01.01.01.01.0E.7F.01.01.04.00.00.00";
+const std::string prefaceKey = "06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.2F.00";
+const std::string componentDepth = "06.0E.2B.34.01.01.01.02.04.01.05.03.0A.00.00.00";
+
+Types::UniversalLabel label(const std::string& text) {
+    return Types::UniversalLabel(WString(text.begin(), text.end()), Types::DottedHex);
+}
+
+KLV::Key key(const std::string& text) {
+    return KLV::Key(WString(text.begin(), text.end()), Types::DottedHex);
+}
+
+std::string readFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream out;
+    out << in.rdbuf();
+    return out.str();
+}
+
+TEST(Dictionary, BuiltInHoldsEveryRowOfTheReferenceTables) {
+    const auto d = Dictionary::builtIn();
+    // The reference tables have 110 groups (92 local sets with a key, 17 packs and one keyless
+    // abstract construct) and 480 elements.
+    EXPECT_EQ(d->setDefinitionCount(), 110U);
+    EXPECT_EQ(d->metaMetadataSetCount(), 92U);
+    EXPECT_EQ(d->packCount(), 17U);
+    EXPECT_EQ(d->elementDefinitionCount(), 480U);
+    EXPECT_NE(d->findSetByName(u"GenerationInterchangeObject"), nullptr);
+
+    const KLV::Key* previous = nullptr;
+    for (auto it = d->metaMetadataSetBegin(); it != d->metaMetadataSetEnd(); ++it) {
+        EXPECT_EQ(it->second.kind(), MetaMetadataSet::Kind::LocalSet);
+        EXPECT_EQ(d->findSet(it->first), &it->second);
+        if (previous != nullptr) {
+            EXPECT_LT(*previous, it->first);
+        }
+        previous = &it->first;
+    }
+}
+
+TEST(Dictionary, BuiltInIsTheCheckedInDataFileAndFreshEachTime) {
+    EXPECT_EQ(Dictionary::builtInText(),
+              readFile(std::string(VELLUM_SOURCE_DIR) + "/data/vellum-dictionary.txt"));
+    const auto first = Dictionary::builtIn();
+    const auto second = Dictionary::builtIn();
+    EXPECT_NE(first.get(), second.get());
+    first->loadText(header + tsv("set|" + keyA + "|Acme|InterchangeObject|no|no|acme|urn:acme\n"),
+                    "user.txt");
+    EXPECT_NE(first->findSetByName(u"Acme"), nullptr);
+    EXPECT_EQ(second->findSetByName(u"Acme"), nullptr);
+}
+
+TEST(Dictionary, FindsSetsIgnoringTheVersionByte) {
+    const auto d = Dictionary::builtIn();
+    const MetaMetadataSet* preface = d->findSetByName(u"Preface");
+    ASSERT_NE(preface, nullptr);
+    EXPECT_EQ(d->findSet(key(prefaceKey)), preface);
+    KLV::Key::Bytes bytes = key(prefaceKey).bytes();
+    bytes[7] = 0x02;
+    EXPECT_EQ(d->findSet(KLV::Key(bytes)), preface);
+    bytes[13] = 0x7E;
+    EXPECT_EQ(d->findSet(KLV::Key(bytes)), nullptr);
+    EXPECT_EQ(d->findPack(key(prefaceKey)), nullptr);
+}
+
+const std::string userText =
+    header +
+    tsv("set|" + keyA + "|AcmePictureDescriptor|CDCIEssenceDescriptor|no|yes|acme|urn:acme:mxf\n" +
+        "element|AcmePictureDescriptor|" + ulA + "|AcmeGain|-|Int32|none|none|-|optional|1\n" +
+        "element|Preface|" + ulB + "|AcmeNote|-|UTF16String|-|-|-|-|-\n" +
+        "element|GenericDescriptor|" + ulC + "|AcmeSerial|7F01|UInt64|-|-|-|required|-\n" +
+        "element|AcmePictureDescriptor|" + ulD +
+        "|AcmeClips|-|StrongReference|array|strong|SourceClip|optional|2\n");
+
+TEST(Dictionary, UserTextAddsPrivateSetsAndElements) {
+    const auto d = Dictionary::builtIn();
+    d->loadText(userText, "user.txt");
+    EXPECT_EQ(d->setDefinitionCount(), 111U);
+    EXPECT_EQ(d->elementDefinitionCount(), 484U);
+
+    const MetaMetadataSet* acme = d->findSet(key(keyA));
+    ASSERT_NE(acme, nullptr);
+    EXPECT_EQ(acme->parent(), d->findSetByName(u"CDCIEssenceDescriptor"));
+    EXPECT_EQ(acme->depth(), 5U);
+    EXPECT_EQ(*acme->property(u"XMLNamespaceURI"), u"urn:acme:mxf");
+    const MetaElement* gain = acme->findElement(label(ulA));
+    ASSERT_NE(gain, nullptr);
+    EXPECT_EQ(*gain->property(u"SchemaIndex"), u"501");
+    EXPECT_EQ(*gain->property(u"XMLDefaultPrefix"), u"acme") << "taken from the set";
+    EXPECT_EQ(acme->elementsBySchemaIndex().front()->name(), u"InstanceUID");
+    EXPECT_EQ(acme->elementsBySchemaIndex().back()->name(), u"AcmeClips");
+    EXPECT_EQ(acme->findElement(label(ulD))->targetSet(), d->findSetByName(u"SourceClip"));
+
+    // Added to an existing set: defaults come from that set, the order follows its table.
+    const MetaElement* note = d->findSetByName(u"Preface")->findElement(label(ulB));
+    ASSERT_NE(note, nullptr);
+    EXPECT_EQ(note->order(), 15U);
+    EXPECT_EQ(*note->property(u"SchemaIndex"), u"115");
+    EXPECT_EQ(*note->property(u"XMLDefaultPrefix"), u"s377m");
+    EXPECT_EQ(note->requiredStatus(), AttributeRequiredStatus::Optional);
+
+    // Added to a parent: every set below it has the element too.
+    const MetaElement* serial = d->findElementByStaticTag(0x7F01);
+    ASSERT_NE(serial, nullptr);
+    for (const char16_t* name : {u"GenericDescriptor", u"CDCIEssenceDescriptor",
+                                 u"MPEG2VideoDescriptor", u"AcmePictureDescriptor"}) {
+        EXPECT_EQ(d->findSetByName(name)->findElement(label(ulC)), serial);
+        EXPECT_EQ(d->findSetByName(name)->findElementByTag(0x7F01), serial);
+    }
+    EXPECT_EQ(d->findSetByName(u"Preface")->findElement(label(ulC)), nullptr);
+    EXPECT_EQ(*serial->property(u"SchemaIndex"), u"103");
+}
+
+TEST(Dictionary, LoadingTheSameTextTwiceChangesNothing) {
+    const auto d = Dictionary::builtIn();
+    d->loadText(userText, "user.txt");
+    const MetaMetadataSet* acme = d->findSet(key(keyA));
+    const std::size_t elements = acme->elements().size();
+    d->loadText(userText, "again.txt");
+    EXPECT_EQ(d->findSet(key(keyA)), acme);
+    EXPECT_EQ(acme->elements().size(), elements);
+    EXPECT_EQ(d->setDefinitionCount(), 111U);
+    EXPECT_EQ(d->elementDefinitionCount(), 484U);
+    // The built-in text itself is accepted again as well.
+    d->loadText(Dictionary::builtInText(), "copy.txt");
+    EXPECT_EQ(d->elementDefinitionCount(), 484U);
+}
+
+TEST(Dictionary, AFaultLeavesTheDictionaryUnchanged) {
+    const auto d = Dictionary::builtIn();
+    const std::string text =
+        userText + tsv("element|Preface|" + ulA + "|Broken|-|NoType|-|-|-|-|-\n");
+    EXPECT_THROW(d->loadText(text, "user.txt"), Exceptions::InvalidFormat);
+    EXPECT_EQ(d->findSetByName(u"AcmePictureDescriptor"), nullptr);
+    EXPECT_EQ(d->findElementByStaticTag(0x7F01), nullptr);
+    EXPECT_EQ(d->setDefinitionCount(), 110U);
+    EXPECT_EQ(d->elementDefinitionCount(), 480U);
+    EXPECT_EQ(d->findSetByName(u"Preface")->elements().size(), 18U);
+}
+
+TEST(Dictionary, LoadsFilesAndNamesTheMissingOne) {
+    const std::string path = ::testing::TempDir() + "vellum-user-dictionary.txt";
+    {
+        std::ofstream out(path, std::ios::binary);
+        out << userText;
+    }
+    const auto d = Dictionary::builtIn();
+    d->loadFile(path);
+    EXPECT_NE(d->findSet(key(keyA)), nullptr);
+    try {
+        d->loadFile(path + ".missing");
+        FAIL() << "nothing thrown";
+    } catch (const Exceptions::IOError& e) {
+        EXPECT_NE(e.utf8Message().find(".missing"), std::string::npos) << e.utf8Message();
+    }
+}
+
+TEST(Dictionary, DamagedTextsLoadOrFailWithTheSourceNamed) {
+    // Seeded mutations of a valid user text: each one either loads or throws InvalidFormat
+    // naming the source; nothing else may escape (sanitizer builds also catch bad reads).
+    const auto d = Dictionary::builtIn();
+    std::mt19937 random(20240611U);
+    const std::string alphabet = "\t\n-.0123456789ABCDEFaz|#";
+    for (int round = 0; round < 200; ++round) {
+        std::string text = userText;
+        for (int edit = 0; edit < 3; ++edit) {
+            const std::size_t at = random() % text.size();
+            if (random() % 2 == 0) {
+                text[at] = alphabet[random() % alphabet.size()];
+            } else {
+                text.erase(at, 1 + random() % 30);
+            }
+        }
+        try {
+            d->loadText(text, "user.txt");
+        } catch (const Exceptions::InvalidFormat& e) {
+            EXPECT_EQ(e.utf8Message().rfind("user.txt:", 0), 0U) << e.utf8Message();
+        }
+    }
+}
+
+struct ErrorCase {
+    const char* name;
+    std::string text;
+    unsigned line; // 0: the fault is not on one line
+    const char* fragment;
+};
+
+void PrintTo(const ErrorCase& c, std::ostream* out) {
+    *out << c.name;
+}
+
+class LoadError : public ::testing::TestWithParam<ErrorCase> {};
+
+TEST_P(LoadError, NamesTheSourceLineAndFault) {
+    const ErrorCase& c = GetParam();
+    const auto d = Dictionary::builtIn();
+    try {
+        d->loadText(c.text, "user.txt");
+        FAIL() << "nothing thrown";
+    } catch (const Exceptions::InvalidFormat& e) {
+        const std::string message = e.utf8Message();
+        const std::string where =
+            c.line == 0 ? std::string("user.txt: ") : "user.txt:" + std::to_string(c.line) + ": ";
+        EXPECT_EQ(message.rfind(where, 0), 0U) << message;
+        EXPECT_NE(message.find(c.fragment), std::string::npos) << message;
+    }
+    EXPECT_EQ(d->setDefinitionCount(), 110U);
+    EXPECT_EQ(d->elementDefinitionCount(), 480U);
+}
+
+std::string set(const std::string& fields) {
+    return header + tsv(fields);
+}
+
+const std::string acme = "set|" + keyA + "|Acme|InterchangeObject|no|no|acme|urn:acme\n";
+
+// Sets Level0 (below InterchangeObject) to Level<last>, each the parent of the next.
+std::string chain(unsigned last) {
+    std::string records;
+    for (unsigned level = 0; level <= last; ++level) {
+        const std::string parent =
+            level == 0 ? std::string("InterchangeObject") : "Level" + std::to_string(level - 1);
+        records += "set|06.0E.2B.34.02.53.01.01.0E.7F.02." + std::to_string(10 + level / 10) + "." +
+                   std::to_string(10 + level % 10) + ".00.00.00|Level" + std::to_string(level) +
+                   "|" + parent + "|no|no|-|-\n";
+    }
+    return set(records);
+}
+
+TEST(Dictionary, AcceptsSixtyFourLevelsBelowTheRoot) {
+    const auto d = Dictionary::builtIn();
+    d->loadText(chain(63), "user.txt");
+    const MetaMetadataSet* deepest = d->findSetByName(u"Level63");
+    ASSERT_NE(deepest, nullptr);
+    EXPECT_EQ(deepest->depth(), 64U);
+    EXPECT_EQ(deepest->elements().size(),
+              d->findSetByName(u"InterchangeObject")->elements().size());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    UserText, LoadError,
+    ::testing::Values(
+        ErrorCase{"NoFormatLine", "# nothing\n\n", 0, "no 'format' line"},
+        ErrorCase{"WrongVersion", tsv("format|vellum-dictionary|2\n"), 1,
+                  "unsupported format version '2'"},
+        ErrorCase{"FormatNotFirst", tsv("set|x\n"), 1, "expected the 'format' line first"},
+        ErrorCase{"SecondFormat", header + tsv("format|vellum-dictionary|1\n"), 4,
+                  "a second 'format' line"},
+        ErrorCase{"UnknownRecord", set("group|Acme\n"), 4, "unknown record kind 'group'"},
+        ErrorCase{"RecordBeforeColumns", tsv("format|vellum-dictionary|1\nset|" + keyA + "\n"), 2,
+                  "before a 'columns' line"},
+        ErrorCase{"FieldCount", set("set|" + keyA + "|Acme|InterchangeObject|no\n"), 4,
+                  "has 4 fields after the record kind; its columns line declares 7"},
+        ErrorCase{"TooManyFields", set("set" + std::string(40, '|') + "\n"), 4,
+                  "more than 32 tab-separated fields"},
+        ErrorCase{"UnknownColumn", header + tsv("columns|set|key|name|colour\n"), 4,
+                  "unknown column 'colour' for set records"},
+        ErrorCase{"ElementColumnOnSet", header + tsv("columns|pack|key|name|ul\n"), 4,
+                  "unknown column 'ul' for pack records"},
+        ErrorCase{"ColumnTwice", header + tsv("columns|set|key|name|key\n"), 4,
+                  "column 'key' is named twice"},
+        ErrorCase{"MissingColumn", header + tsv("columns|element|set|name|type\n"), 4,
+                  "element records need the column 'ul'"},
+        ErrorCase{"BadKey", set("set|06.0E.2B.34.02.53|Acme|InterchangeObject|no|no|-|-\n"), 4,
+                  "is not a valid key"},
+        ErrorCase{"BadFlag", set("set|" + keyA + "|Acme|InterchangeObject|maybe|no|-|-\n"), 4,
+                  "abstract must be yes or no, not 'maybe'"},
+        ErrorCase{"BadName", set("set|" + keyA + "|9Lives|InterchangeObject|no|no|-|-\n"), 4,
+                  "set name '9Lives' is not a name"},
+        ErrorCase{"KeylessConcrete", set("set|-|Acme|InterchangeObject|no|no|-|-\n"), 4,
+                  "only an abstract set may have none"},
+        ErrorCase{"UnknownParent", set("set|" + keyA + "|Acme|NoSuchSet|no|no|-|-\n"), 4,
+                  "unknown parent 'NoSuchSet' of set 'Acme'"},
+        ErrorCase{
+            "ParentCycle",
+            set("set|" + keyA + "|Ping|Pong|no|no|-|-\nset|" + keyB + "|Pong|Ping|no|no|-|-\n"), 4,
+            "form a cycle: Ping -> Pong -> Ping"},
+        ErrorCase{"OwnParent", set("set|" + keyA + "|Ping|Ping|no|no|-|-\n"), 4,
+                  "form a cycle: Ping -> Ping"},
+        ErrorCase{"PackParent", set("set|" + keyA + "|Acme|PrimerPack|no|no|-|-\n"), 4,
+                  "is a local set and cannot inherit from the pack 'PrimerPack'"},
+        ErrorCase{"TooDeep", chain(64), 68, "set 'Level64' would be more than 64 levels"},
+        ErrorCase{"KeyOfBuiltIn",
+                  set("set|06.0E.2B.34.02.53.01.7F.0D.01.01.01.01.01.2F.00|Acme|InterchangeObject|"
+                      "no|no|-|-\n"),
+                  4, "is already the key of set 'Preface'"},
+        ErrorCase{"KeyTwice", set(acme + "set|" + keyA + "|Acme2|InterchangeObject|no|no|-|-\n"), 5,
+                  "is already the key of set 'Acme' on line 4"},
+        ErrorCase{"BuiltInNameOtherKey",
+                  set("set|" + keyA + "|Preface|InterchangeObject|no|yes|-|-\n"), 4,
+                  "set 'Preface' is already defined with a different key"},
+        ErrorCase{"NameTwice", set(acme + "set|" + keyA + "|Acme|InterchangeObject|yes|no|-|-\n"),
+                  5, "is defined again with different content (first on line 4)"},
+        ErrorCase{"HalfXmlName", set("set|" + keyA + "|Acme|InterchangeObject|no|no|acme|-\n"), 4,
+                  "gives only one of xml-prefix and xml-namespace"},
+        ErrorCase{"UnknownElementSet",
+                  set("element|NoSuchSet|" + ulA + "|Gain|-|Int32|-|-|-|-|-\n"), 4,
+                  "unknown set 'NoSuchSet' of element 'Gain'"},
+        ErrorCase{"BadLabel",
+                  set("element|Preface|06.0E.2B.34.01.01.01.01.0E.7F.01.01.01.00.00.GG|Gain|-|"
+                      "Int32|-|-|-|-|-\n"),
+                  4, "is not a valid UL"},
+        ErrorCase{"DynamicTag", set("element|Preface|" + ulA + "|Gain|8000|Int32|-|-|-|-|-\n"), 4,
+                  "local tag '8000' is not a static tag"},
+        ErrorCase{"ShortTag", set("element|Preface|" + ulA + "|Gain|3C0|Int32|-|-|-|-|-\n"), 4,
+                  "local tag '3C0' is not a static tag"},
+        ErrorCase{"TagTaken", set("element|Preface|" + ulA + "|Gain|3C0A|UUID|-|-|-|-|-\n"), 4,
+                  "local tag 3C0A of element 'Gain' already belongs to element 'InstanceUID'"},
+        ErrorCase{"UnknownType", set("element|Preface|" + ulA + "|Gain|-|Float128|-|-|-|-|-\n"), 4,
+                  "unknown type 'Float128'"},
+        ErrorCase{"CollectionAsType", set("element|Preface|" + ulA + "|Gain|-|Batch|-|-|-|-|-\n"),
+                  4, "is a collection kind"},
+        ErrorCase{"UnknownCollection",
+                  set("element|Preface|" + ulA + "|Gain|-|Int32|list|-|-|-|-\n"), 4,
+                  "unknown collection 'list'"},
+        ErrorCase{"UnknownReference",
+                  set("element|Preface|" + ulA + "|Gain|-|UUID|-|soft|Track|-|-\n"), 4,
+                  "unknown reference kind 'soft'"},
+        ErrorCase{"ReferenceType",
+                  set("element|Preface|" + ulA + "|Gain|-|UInt32|-|strong|Track|-|-\n"), 4,
+                  "a strong reference has type StrongReference, not UInt32"},
+        ErrorCase{"ReferenceTypeWithoutKind",
+                  set("element|Preface|" + ulA + "|Gain|-|WeakReference|-|-|-|-|-\n"), 4,
+                  "type WeakReference needs the reference column"},
+        ErrorCase{"NoTarget", set("element|Preface|" + ulA + "|Gain|-|UUID|-|global|-|-|-\n"), 4,
+                  "a reference needs a target set"},
+        ErrorCase{"TargetOfPlainValue",
+                  set("element|Preface|" + ulA + "|Gain|-|UUID|-|-|Track|-|-\n"), 4,
+                  "only a reference has a target"},
+        ErrorCase{"UnknownTarget",
+                  set("element|Preface|" + ulA + "|Gain|-|WeakReference|-|weak|Nowhere|-|-\n"), 4,
+                  "unknown target set 'Nowhere' of element 'Gain'"},
+        ErrorCase{"PackTarget",
+                  set("element|Preface|" + ulA + "|Gain|-|WeakReference|-|weak|PrimerPack|-|-\n"),
+                  4, "'PrimerPack' of element 'Gain' is a pack"},
+        ErrorCase{"UnknownRequired",
+                  set("element|Preface|" + ulA + "|Gain|-|Int32|-|-|-|mandatory|-\n"), 4,
+                  "unknown required status 'mandatory'"},
+        ErrorCase{"OrderTooHigh", set("element|Preface|" + ulA + "|Gain|-|Int32|-|-|-|-|100\n"), 4,
+                  "order 100 is outside 1 to 99"},
+        ErrorCase{"OrderNotNumber", set("element|Preface|" + ulA + "|Gain|-|Int32|-|-|-|-|1x\n"), 4,
+                  "order '1x' is not a number"},
+        ErrorCase{"ElementTwice",
+                  set(acme + "element|Acme|" + ulA + "|Gain|-|Int32|-|-|-|-|-\nelement|Acme|" +
+                      ulA + "|Loss|-|Int32|-|-|-|-|-\n"),
+                  6, "is already defined in set 'Acme' with a different name (on line 5)"},
+        ErrorCase{"BuiltInElementChanged",
+                  set("element|CDCIEssenceDescriptor|" + componentDepth +
+                      "|ComponentDepth|3301|UInt32|-|-|-|required|1\n"),
+                  4,
+                  "is already defined in set 'CDCIEssenceDescriptor' with a different "
+                  "required status"},
+        ErrorCase{"LabelTypeDisagrees",
+                  set(acme + "element|Acme|" + componentDepth + "|Depth|-|UInt16|-|-|-|-|-\n"), 5,
+                  "is already defined for element 'ComponentDepth' in set "
+                  "'CDCIEssenceDescriptor' as UInt32, not UInt16"},
+        ErrorCase{
+            "LabelVersionDiffers",
+            set(acme +
+                "element|Acme|06.0E.2B.34.01.01.01.05.04.01.05.03.0A.00.00.00|Depth|-|UInt32|-|"
+                "-|-|-|-\n"),
+            5, "only in byte 8 (the version)"},
+        ErrorCase{
+            "InheritedLabelAgain",
+            set("set|" + keyA + "|Acme|Preface|no|no|-|-\n" +
+                "element|Acme|06.0E.2B.34.01.01.01.01.01.01.15.02.00.00.00.00|Uid|3C0A|UUID|-|"
+                "-|-|-|-\n"),
+            5, "would have the label 06.0E.2B.34.01.01.01.01.01.01.15.02.00.00.00.00 twice"},
+        ErrorCase{
+            "ParentGainsChildLabel",
+            set("element|GenericDescriptor|" + componentDepth + "|Depth|3301|UInt32|-|-|-|-|-\n"),
+            4, "set 'CDCIEssenceDescriptor' would have the label"},
+        ErrorCase{"XmlNameRepeats",
+                  set("element|Preface|" + ulA + "|LastModifiedDate|-|Timestamp|-|-|-|-|-\n"), 4,
+                  "two elements with the XML name 's377m:LastModifiedDate'"}),
+    [](const auto& p) { return std::string(p.param.name); });
+
+} // namespace
