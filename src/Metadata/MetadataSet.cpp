@@ -127,7 +127,7 @@ const Types::UUID* MetadataSet::instanceUID() const noexcept {
     return element == nullptr ? nullptr : dynamic_cast<const Types::UUID*>(element->value());
 }
 
-void MetadataSet::accept(Visitors::MetadataSetVisitor& visitor) {
+void MetadataSet::accept(Visitors::MetadataSetVisitor& visitor) const {
     visitor.visit(*this);
 }
 

@@ -77,7 +77,7 @@ public:
     /// The instance identifier (the value of the InstanceUID element), or nullptr.
     const Types::UUID* instanceUID() const noexcept;
 
-    virtual void accept(Visitors::MetadataSetVisitor& visitor);
+    virtual void accept(Visitors::MetadataSetVisitor& visitor) const;
     virtual void accept(Visitors::NonConstMetadataSetVisitor& visitor);
 
     /// The number of bytes `serialize` writes: key, length field and items.

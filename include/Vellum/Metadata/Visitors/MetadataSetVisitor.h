@@ -9,7 +9,7 @@ class MetadataSet;
 
 namespace Vellum::Metadata::Visitors {
 
-/// Visitor over metadata sets (dictionary-defined sets and dark parsed groups alike).
+/// Read-only visitor over metadata sets (dictionary-defined sets and dark parsed groups alike).
 class VELLUM_CORE_EXPORT MetadataSetVisitor {
 public:
     MetadataSetVisitor() = default;
@@ -17,7 +17,7 @@ public:
     MetadataSetVisitor& operator=(const MetadataSetVisitor&) = default;
     virtual ~MetadataSetVisitor();
 
-    virtual void visit(MetadataSet& set) = 0;
+    virtual void visit(const MetadataSet& set) = 0;
 };
 
 } // namespace Vellum::Metadata::Visitors
