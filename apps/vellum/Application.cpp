@@ -2,8 +2,11 @@
 
 #include "BuildInfo.h"
 #include "Command.h"
+#include "HeaderCommand.h"
 #include "HelpCommand.h"
+#include "InfoCommand.h"
 #include "KlvCommand.h"
+#include "SetsCommand.h"
 #include "UsageError.h"
 #include "VersionCommand.h"
 
@@ -16,6 +19,9 @@ Application::Application() {
     m_commands.push_back(std::make_unique<HelpCommand>(*this));
     m_commands.push_back(std::make_unique<VersionCommand>());
     m_commands.push_back(std::make_unique<KlvCommand>());
+    m_commands.push_back(std::make_unique<InfoCommand>());
+    m_commands.push_back(std::make_unique<SetsCommand>());
+    m_commands.push_back(std::make_unique<HeaderCommand>());
 }
 
 Application::~Application() = default;

@@ -11,14 +11,21 @@ ArgumentParser::ArgumentParser(std::string synopsis)
     : m_synopsis(std::move(synopsis)) {}
 
 void ArgumentParser::addFlag(const std::string& name, char shortName) {
-    m_options[name] = Option{false};
+    m_options[name] = Option{false, false};
     if (shortName != '\0') {
         m_shortNames[shortName] = name;
     }
 }
 
-void ArgumentParser::addValueOption(const std::string& name) {
-    m_options[name] = Option{true};
+void ArgumentParser::addValueOption(const std::string& name, char shortName) {
+    m_options[name] = Option{true, false};
+    if (shortName != '\0') {
+        m_shortNames[shortName] = name;
+    }
+}
+
+void ArgumentParser::addRepeatableOption(const std::string& name) {
+    m_options[name] = Option{true, true};
 }
 
 void ArgumentParser::fail(const std::string& message) const {
@@ -61,7 +68,7 @@ std::size_t ArgumentParser::parseOption(const std::vector<std::string>& argument
     if (option == m_options.end()) {
         fail("unknown option '--" + name + "'");
     }
-    if (m_flags.count(name) != 0 || m_values.count(name) != 0) {
+    if (!option->second.repeatable && (m_flags.count(name) != 0 || m_values.count(name) != 0)) {
         fail("option '--" + name + "' is given more than once");
     }
     if (!option->second.takesValue) {
@@ -72,13 +79,13 @@ std::size_t ArgumentParser::parseOption(const std::vector<std::string>& argument
         return index;
     }
     if (inlineValue) {
-        m_values[name] = *inlineValue;
+        m_values[name].push_back(*inlineValue);
         return index;
     }
     if (index + 1 >= arguments.size()) {
         fail("option '--" + name + "' needs a value");
     }
-    m_values[name] = arguments[index + 1];
+    m_values[name].push_back(arguments[index + 1]);
     return index + 1;
 }
 
@@ -91,7 +98,12 @@ std::optional<std::string> ArgumentParser::value(const std::string& name) const 
     if (found == m_values.end()) {
         return std::nullopt;
     }
-    return found->second;
+    return found->second.back();
+}
+
+std::vector<std::string> ArgumentParser::values(const std::string& name) const {
+    const auto found = m_values.find(name);
+    return found == m_values.end() ? std::vector<std::string>{} : found->second;
 }
 
 std::optional<std::uint64_t> ArgumentParser::positiveNumber(const std::string& name) const {

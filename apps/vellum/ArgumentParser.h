@@ -21,17 +21,23 @@ public:
 
     /// Declares a flag "--name" (and "-<shortName>" unless `shortName` is 0).
     void addFlag(const std::string& name, char shortName = '\0');
-    /// Declares an option "--name" that takes a value.
-    void addValueOption(const std::string& name);
+    /// Declares an option "--name" (and "-<shortName>" unless `shortName` is 0) that takes a
+    /// value and may be given once.
+    void addValueOption(const std::string& name, char shortName = '\0');
+    /// Declares an option "--name" that takes a value and may be given any number of times.
+    void addRepeatableOption(const std::string& name);
 
     /// Splits `arguments` into options and positionals. Throws UsageError for an unknown
-    /// option, a missing value, a value given to a flag, or an option given twice.
+    /// option, a missing value, a value given to a flag, or a non-repeatable option given
+    /// twice.
     void parse(const std::vector<std::string>& arguments);
 
     /// Whether the flag `name` was given.
     bool flag(const std::string& name) const;
     /// The value given to option `name`, if it was given.
     std::optional<std::string> value(const std::string& name) const;
+    /// Every value given to option `name`, in command-line order (empty if none).
+    std::vector<std::string> values(const std::string& name) const;
     /// The value of option `name` as a whole number from 1 to 2^64-1, or nothing if it was not
     /// given. Throws UsageError for anything else (sign, blank, non-digits, overflow).
     std::optional<std::uint64_t> positiveNumber(const std::string& name) const;
@@ -48,6 +54,7 @@ public:
 private:
     struct Option {
         bool takesValue = false;
+        bool repeatable = false;
     };
 
     // Handles one "--..." or "-x" argument at `index`; returns the index of the last
@@ -58,7 +65,7 @@ private:
     std::string m_synopsis;
     std::map<std::string, Option> m_options;
     std::map<char, std::string> m_shortNames;
-    std::map<std::string, std::string> m_values;
+    std::map<std::string, std::vector<std::string>> m_values;
     std::set<std::string> m_flags;
     std::vector<std::string> m_positionals;
 };

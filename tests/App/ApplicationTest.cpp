@@ -23,7 +23,8 @@ TEST_F(Application, EveryWayOfAskingForTheUsageListsTheCommands) {
         EXPECT_EQ(run.exitCode, 0);
         EXPECT_EQ(run.err, "");
         EXPECT_NE(run.out.find("usage: vellum COMMAND"), std::string::npos) << run.out;
-        for (const char* command : {"\n  help ", "\n  version ", "\n  klv "}) {
+        for (const char* command :
+             {"\n  help ", "\n  version ", "\n  klv ", "\n  info ", "\n  sets ", "\n  header "}) {
             EXPECT_NE(run.out.find(command), std::string::npos) << command;
         }
     }
@@ -41,6 +42,11 @@ TEST_F(Application, EachCommandHasItsOwnHelp) {
         {{"help", "klv"}, "usage: vellum klv [--limit N] FILE\n"},
         {{"version", "--help"}, "usage: vellum version\n"},
         {{"help", "help"}, "usage: vellum help [COMMAND]\n"},
+        {{"info", "--help"}, "usage: vellum info [--partition P] [--dictionary FILE]... FILE\n"},
+        {{"help", "sets"}, "usage: vellum sets [--partition P] [--dictionary FILE]... FILE\n"},
+        {{"header", "-h"},
+         "usage: vellum header [--partition P] [--dictionary FILE]... "
+         "[--verbose] -o OUT FILE\n"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.arguments.front() + " " + c.arguments.back());
@@ -51,6 +57,13 @@ TEST_F(Application, EachCommandHasItsOwnHelp) {
         EXPECT_NE(run.out.find("-h, --help"), std::string::npos);
     }
     EXPECT_NE(runVellum({"klv", "--help"}, m_dir).out.find("--limit N"), std::string::npos);
+    for (const char* command : {"info", "sets", "header"}) {
+        const std::string help = runVellum({command, "--help"}, m_dir).out;
+        EXPECT_NE(help.find("--partition P"), std::string::npos) << command;
+        EXPECT_NE(help.find("--dictionary FILE"), std::string::npos) << command;
+    }
+    EXPECT_NE(runVellum({"header", "--help"}, m_dir).out.find("-o, --output OUT"),
+              std::string::npos);
 }
 
 TEST_F(Application, VersionNamesTheProjectVersion) {

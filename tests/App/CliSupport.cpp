@@ -138,3 +138,147 @@ bool namesOffset(const std::string& text, std::uint64_t offset) {
 }
 
 } // namespace VellumTest
+
+namespace VellumTest {
+namespace {
+
+std::uint64_t bigEndian(const std::vector<std::uint8_t>& bytes, std::size_t at, std::size_t n) {
+    std::uint64_t value = 0;
+    for (std::size_t i = 0; i < n; ++i) {
+        value = (value << 8U) | bytes.at(at + i);
+    }
+    return value;
+}
+
+// Whether a dotted-hex key starts with `prefix` and has `rest` from byte 9 on; byte 8, the
+// registry version, is not compared.
+bool keyMatches(const std::string& key, const std::string& prefix, const std::string& rest) {
+    return key.compare(0, prefix.size(), prefix) == 0 && key.compare(24, rest.size(), rest) == 0;
+}
+
+const std::string packPrefix = "06.0E.2B.34.02.05.01";
+
+// The lines of `out` after the first line that starts with `heading`, up to a blank line.
+std::vector<std::string> section(const std::string& out, const std::string& heading) {
+    std::istringstream in(out);
+    std::vector<std::string> lines;
+    bool inside = false;
+    for (std::string line; std::getline(in, line);) {
+        if (inside && line.empty()) {
+            break;
+        }
+        if (inside) {
+            lines.push_back(line);
+        }
+        inside = inside || line.rfind(heading, 0) == 0;
+    }
+    return lines;
+}
+
+bool allDigits(const std::string& text) {
+    return !text.empty() && std::all_of(text.begin(), text.end(), isDigit);
+}
+
+} // namespace
+
+HeaderRegion findHeaderRegion(const std::vector<std::uint8_t>& bytes,
+                              std::uint64_t partitionOffset) {
+    const Walk walk = walkKlv(bytes, 0);
+    for (std::size_t i = 0; i < walk.triplets.size(); ++i) {
+        const TripletLine& pack = walk.triplets[i];
+        if (pack.offset != partitionOffset || !keyMatches(pack.key, packPrefix, "0D.01.02.01.01")) {
+            continue;
+        }
+        // HeaderByteCount follows the versions, KAG size and three partition offsets.
+        const std::size_t value = static_cast<std::size_t>(pack.offset) + 16 + pack.octets;
+        const std::uint64_t headerByteCount = bigEndian(bytes, value + 32, 8);
+        for (std::size_t j = i + 1; j < walk.triplets.size(); ++j) {
+            if (keyMatches(walk.triplets[j].key, packPrefix, "0D.01.02.01.01.05.01")) {
+                return {walk.triplets[j].offset, headerByteCount};
+            }
+        }
+    }
+    throw std::runtime_error("no partition pack and primer at offset " +
+                             std::to_string(partitionOffset));
+}
+
+std::vector<PartitionLine> parseInfoPartitions(const std::string& out) {
+    std::vector<PartitionLine> partitions;
+    const std::vector<std::string> lines = section(out, "partitions:");
+    for (std::size_t i = 1; i < lines.size(); ++i) { // the first line is the heading
+        std::istringstream fields(lines[i]);
+        std::string index;
+        std::string closed;
+        std::string complete;
+        PartitionLine line;
+        fields >> index >> line.kind >> closed >> complete >> line.offset >> line.headerBytes >>
+            line.indexBytes;
+        line.status = closed + " " + complete;
+        partitions.push_back(line);
+    }
+    return partitions;
+}
+
+std::map<std::string, std::uint64_t> parseInfoSetCounts(const std::string& out) {
+    std::map<std::string, std::uint64_t> counts;
+    const std::vector<std::string> lines = section(out, "sets by name:");
+    for (std::size_t i = 1; i < lines.size(); ++i) {
+        std::istringstream fields(lines[i]);
+        std::uint64_t count = 0;
+        std::string name;
+        fields >> count;
+        std::getline(fields >> std::ws, name);
+        counts[name] += count;
+    }
+    return counts;
+}
+
+std::uint64_t countAfter(const std::string& out, const std::string& label) {
+    std::istringstream in(out);
+    for (std::string line; std::getline(in, line);) {
+        const std::size_t start = line.find_first_not_of(' ');
+        if (start != std::string::npos && line.compare(start, label.size() + 1, label + ":") == 0) {
+            return std::stoull(line.substr(start + label.size() + 1));
+        }
+    }
+    throw std::runtime_error("no line starting with '" + label + ":' in the output");
+}
+
+std::vector<SetLine> parseSetsListing(const std::string& out) {
+    std::vector<SetLine> sets;
+    std::istringstream in(out);
+    for (std::string line; std::getline(in, line);) {
+        std::istringstream fields(line);
+        std::string first;
+        fields >> first;
+        if (allDigits(first)) {
+            SetLine set;
+            set.index = std::stoull(first);
+            fields >> set.name >> set.key >> set.uid >> set.values;
+            sets.push_back(set);
+        } else if (!sets.empty() && line.find(" -> ") != std::string::npos) {
+            ReferenceLine reference;
+            std::string arrow;
+            reference.element = first;
+            fields >> arrow >> reference.uid;
+            const std::size_t open = line.find('(', line.find(" -> "));
+            const std::size_t close = line.rfind(')');
+            if (open != std::string::npos && close != std::string::npos && close > open) {
+                reference.target = line.substr(open + 1, close - open - 1);
+            }
+            sets.back().references.push_back(reference);
+        }
+    }
+    return sets;
+}
+
+void replaceFirst(std::vector<std::uint8_t>& bytes, const std::vector<std::uint8_t>& from,
+                  const std::vector<std::uint8_t>& to) {
+    const auto at = std::search(bytes.begin(), bytes.end(), from.begin(), from.end());
+    if (at == bytes.end() || from.size() != to.size()) {
+        throw std::runtime_error("the bytes to replace are not there");
+    }
+    std::copy(to.begin(), to.end(), at);
+}
+
+} // namespace VellumTest

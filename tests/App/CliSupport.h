@@ -5,12 +5,13 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <vector>
 
 /// @file
-/// Helpers for the tests of the vellum program: running it, reading its KLV listing, and
-/// walking KLV bytes independently of the library to know what the listing must show.
+/// Helpers for the tests of the vellum program: running it, reading its listings, and
+/// walking KLV bytes independently of the library to know what the listings must show.
 
 namespace VellumTest {
 
@@ -50,6 +51,60 @@ bool isOneErrorLine(const std::string& err);
 
 /// Whether `text` names "offset <offset>" (and not a longer number that starts alike).
 bool namesOffset(const std::string& text, std::uint64_t offset);
+
+/// Where a partition's header metadata lies, found by walking the bytes: from the primer pack
+/// after the partition pack at `partitionOffset`, HeaderByteCount bytes.
+struct HeaderRegion {
+    std::uint64_t offset = 0;
+    std::uint64_t size = 0;
+};
+
+/// The header metadata region of the partition whose pack starts at `partitionOffset`.
+/// Throws std::runtime_error if the bytes there are not a partition pack followed by a primer.
+HeaderRegion findHeaderRegion(const std::vector<std::uint8_t>& bytes,
+                              std::uint64_t partitionOffset);
+
+/// One row of the partition table of `info`.
+struct PartitionLine {
+    std::string kind;
+    std::string status; ///< "closed complete" ...
+    std::uint64_t offset = 0;
+    std::uint64_t headerBytes = 0;
+    std::uint64_t indexBytes = 0;
+};
+
+/// The partition table of `info`, in order.
+std::vector<PartitionLine> parseInfoPartitions(const std::string& out);
+/// The "sets by name" table of `info`: set name to count.
+std::map<std::string, std::uint64_t> parseInfoSetCounts(const std::string& out);
+/// The number after "<label>:" on the first line of `out` that holds it (after spaces).
+/// Throws std::runtime_error if there is none.
+std::uint64_t countAfter(const std::string& out, const std::string& label);
+
+/// One reference line of `sets`, below its set.
+struct ReferenceLine {
+    std::string element;
+    std::string uid;
+    std::string target; ///< the text in parentheses: a set name, "dangling", ", weak" added
+};
+
+/// One set of `sets`, with the references listed below it.
+struct SetLine {
+    std::uint64_t index = 0;
+    std::string name;
+    std::string key;
+    std::string uid;
+    std::uint64_t values = 0;
+    std::vector<ReferenceLine> references;
+};
+
+/// Replaces the first occurrence of `from` in `bytes` by `to` (of the same size). Throws
+/// std::runtime_error if `from` does not occur.
+void replaceFirst(std::vector<std::uint8_t>& bytes, const std::vector<std::uint8_t>& from,
+                  const std::vector<std::uint8_t>& to);
+
+/// The sets of a `sets` listing, in order.
+std::vector<SetLine> parseSetsListing(const std::string& out);
 
 } // namespace VellumTest
 

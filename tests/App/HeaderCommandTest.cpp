@@ -1,0 +1,160 @@
+#include "CliSupport.h"
+#include "Support/Samples.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <iterator>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+using VellumTest::isOneErrorLine;
+using VellumTest::runVellum;
+
+const std::string bitexactSample = VellumTest::sampleDir() + "/ffmpeg-op1a-mpeg2-pcm-bitexact.mxf";
+
+// The bytes of the header metadata region of the partition at `partitionOffset`.
+Bytes headerBytes(const Bytes& file, std::uint64_t partitionOffset) {
+    const auto region = VellumTest::findHeaderRegion(file, partitionOffset);
+    const auto first = file.begin() + static_cast<std::ptrdiff_t>(region.offset);
+    return Bytes(first, first + static_cast<std::ptrdiff_t>(region.size));
+}
+
+class HeaderOnSample : public ::testing::TestWithParam<std::string> {
+protected:
+    VellumTest::TempDir m_dir;
+};
+
+TEST_P(HeaderOnSample, WritesExactlyTheHeaderMetadataOfTheFile) {
+    const std::string path = VellumTest::sampleDir() + "/" + GetParam();
+    const Bytes expected = headerBytes(VellumTest::readFile(path), 0);
+    const std::string output = m_dir.file("out.klv");
+    const auto run = runVellum({"header", path, "-o", output}, m_dir);
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, "");
+    EXPECT_EQ(VellumTest::readFile(output), expected);
+
+    const auto toStdout = runVellum({"header", "--output", "-", path}, m_dir);
+    ASSERT_EQ(toStdout.exitCode, 0) << toStdout.err;
+    EXPECT_EQ(Bytes(toStdout.out.begin(), toStdout.out.end()), expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Samples, HeaderOnSample, ::testing::ValuesIn(VellumTest::sampleNames()),
+                         [](const auto& p) { return VellumTest::testName(p.param); });
+
+class Header : public ::testing::Test {
+protected:
+    VellumTest::TempDir m_dir;
+};
+
+TEST_F(Header, WritesTheFooterHeaderMetadataWhenAskedFor) {
+    // GStreamer repeats the header metadata in its footer partition (the third).
+    const std::string path = VellumTest::sampleDir() + "/gst-mxfmux-h264.mxf";
+    const Bytes file = VellumTest::readFile(path);
+    const auto walk = VellumTest::walkKlv(file, 0);
+    std::uint64_t footer = 0;
+    for (const auto& triplet : walk.triplets) {
+        if (triplet.key.compare(0, 41, "06.0E.2B.34.02.05.01.01.0D.01.02.01.01.04") == 0) {
+            footer = triplet.offset;
+        }
+    }
+    ASSERT_NE(footer, 0U);
+    const Bytes expected = headerBytes(file, footer);
+    for (const char* which : {"footer", "2"}) {
+        SCOPED_TRACE(which);
+        const auto run = runVellum({"header", "--partition", which, "-o", "-", path}, m_dir);
+        ASSERT_EQ(run.exitCode, 0) << run.err;
+        EXPECT_EQ(Bytes(run.out.begin(), run.out.end()), expected);
+    }
+}
+
+TEST_F(Header, AFailureLeavesAnExistingOutputUntouched) {
+    const Bytes sample = VellumTest::readFile(bitexactSample);
+    const auto region = VellumTest::findHeaderRegion(sample, 0);
+    // Cut inside the primer pack, and after it inside the header metadata.
+    const auto cutAfter = [&](std::uint64_t size) {
+        return Bytes(sample.begin(), sample.begin() + static_cast<std::ptrdiff_t>(size));
+    };
+    const std::string text = "This is a text file, not MXF.\n";
+    struct Case {
+        std::string name;
+        Bytes input;
+        std::string problem;
+    };
+    const std::vector<Case> cases = {
+        {"primer-cut", cutAfter(region.offset + 100), "at offset 512 claims 1808 bytes"},
+        {"metadata-cut", cutAfter(region.offset + 2000), "claims 5632 bytes from offset 512"},
+        {"text", Bytes(text.begin(), text.end()), "not an MXF file"},
+    };
+    std::filesystem::create_directory(m_dir.path() / "out");
+    const std::string output = m_dir.file("out/old.klv");
+    const Bytes old = {'o', 'l', 'd'};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        m_dir.write("out/old.klv", old);
+        const auto run =
+            runVellum({"header", m_dir.write(c.name + ".mxf", c.input), "-o", output}, m_dir);
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_TRUE(isOneErrorLine(run.err)) << run.err;
+        EXPECT_NE(run.err.find(c.problem), std::string::npos) << run.err;
+        EXPECT_EQ(VellumTest::readFile(output), old);
+        // No temporary file is left beside the output.
+        const auto entries =
+            std::distance(std::filesystem::directory_iterator(m_dir.path() / "out"),
+                          std::filesystem::directory_iterator());
+        EXPECT_EQ(entries, 1);
+    }
+    const auto run = runVellum({"header", bitexactSample, "-o", output}, m_dir);
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(VellumTest::readFile(output), headerBytes(sample, 0));
+}
+
+TEST_F(Header, VerboseSummarisesOnStdoutOrOnStderrForStandardOutput) {
+    const std::string output = m_dir.file("out.klv");
+    const auto toFile = runVellum({"header", "--verbose", bitexactSample, "-o", output}, m_dir);
+    ASSERT_EQ(toFile.exitCode, 0) << toFile.err;
+    EXPECT_EQ(toFile.out.rfind("wrote 5632 bytes of header metadata (5632 in the file)", 0), 0U)
+        << toFile.out;
+    EXPECT_EQ(std::count(toFile.out.begin(), toFile.out.end(), '\n'), 1);
+    EXPECT_NE(toFile.out.find(output), std::string::npos);
+
+    const auto toStdout = runVellum({"header", "--verbose", bitexactSample, "-o", "-"}, m_dir);
+    ASSERT_EQ(toStdout.exitCode, 0) << toStdout.err;
+    EXPECT_EQ(toStdout.out.size(), 5632U);
+    EXPECT_EQ(toStdout.err.rfind("wrote 5632 bytes", 0), 0U) << toStdout.err;
+}
+
+TEST_F(Header, BadCommandLinesExitWithStatusTwo) {
+    struct Case {
+        std::vector<std::string> arguments;
+        std::string problem;
+    };
+    const std::vector<Case> cases = {
+        {{bitexactSample}, "missing -o OUT"},
+        {{}, "missing FILE"},
+        {{"-o", "x.klv"}, "missing FILE"},
+        {{bitexactSample, "-o"}, "option '--output' needs a value"},
+        {{bitexactSample, "-o", ""}, "needs a file name"},
+        {{bitexactSample, "-o", "a", "--output", "b"}, "given more than once"},
+        {{bitexactSample, "other.mxf", "-o", "a"}, "unexpected argument 'other.mxf'"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.problem);
+        std::vector<std::string> arguments = {"header"};
+        arguments.insert(arguments.end(), c.arguments.begin(), c.arguments.end());
+        const auto run = runVellum(arguments, m_dir);
+        EXPECT_EQ(run.exitCode, 2);
+        EXPECT_EQ(run.out, "");
+        EXPECT_TRUE(isOneErrorLine(run.err)) << run.err;
+        EXPECT_NE(run.err.find(c.problem), std::string::npos) << run.err;
+        EXPECT_NE(run.err.find("(usage: vellum header"), std::string::npos) << run.err;
+    }
+}
+
+} // namespace

@@ -1,0 +1,186 @@
+#include "CliSupport.h"
+#include "Support/Samples.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+using VellumTest::countAfter;
+using VellumTest::isOneErrorLine;
+using VellumTest::parseInfoSetCounts;
+using VellumTest::runVellum;
+
+const std::string bitexactSample = VellumTest::sampleDir() + "/ffmpeg-op1a-mpeg2-pcm-bitexact.mxf";
+
+// The "partitions:" entries the manifest gives for `sample`, as "kind/status(hbc=N,ibc=M)".
+std::vector<VellumTest::PartitionLine> manifestPartitions(const std::string& sample) {
+    std::ifstream in(VellumTest::sampleDir() + "/MANIFEST.md");
+    std::string line;
+    while (std::getline(in, line) && line != "### " + sample) {
+    }
+    while (std::getline(in, line) && line.rfind("- partitions: ", 0) != 0) {
+    }
+    std::vector<VellumTest::PartitionLine> partitions;
+    const std::regex entry(R"((\w+)/(\w+)-(\w+)\(hbc=(\d+),ibc=(\d+)\))");
+    for (std::sregex_iterator it(line.begin(), line.end(), entry), end; it != end; ++it) {
+        VellumTest::PartitionLine partition;
+        partition.kind = (*it)[1];
+        partition.status = std::string((*it)[2]) + " " + std::string((*it)[3]);
+        partition.headerBytes = std::stoull((*it)[4]);
+        partition.indexBytes = std::stoull((*it)[5]);
+        partitions.push_back(partition);
+    }
+    return partitions;
+}
+
+class InfoOnSample : public ::testing::TestWithParam<std::string> {
+protected:
+    VellumTest::TempDir m_dir;
+};
+
+TEST_P(InfoOnSample, AgreesWithTheManifestAndCountsEverySet) {
+    const auto run = runVellum({"info", VellumTest::sampleDir() + "/" + GetParam()}, m_dir);
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(run.err, "");
+    const auto expected = manifestPartitions(GetParam());
+    const auto listed = VellumTest::parseInfoPartitions(run.out);
+    ASSERT_FALSE(expected.empty());
+    ASSERT_EQ(listed.size(), expected.size()) << run.out;
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        SCOPED_TRACE("partition " + std::to_string(i));
+        EXPECT_EQ(listed[i].kind, expected[i].kind);
+        EXPECT_EQ(listed[i].status, expected[i].status);
+        EXPECT_EQ(listed[i].headerBytes, expected[i].headerBytes);
+        EXPECT_EQ(listed[i].indexBytes, expected[i].indexBytes);
+    }
+    EXPECT_EQ(listed.front().offset, 0U);
+    EXPECT_NE(run.out.find("problems: none\n"), std::string::npos);
+
+    const auto counts = parseInfoSetCounts(run.out);
+    std::uint64_t sum = 0;
+    for (const auto& entry : counts) {
+        sum += entry.second;
+    }
+    EXPECT_EQ(sum, countAfter(run.out, "sets"));
+    EXPECT_GT(countAfter(run.out, "primer entries"), 0U);
+    EXPECT_EQ(countAfter(run.out, "dark metadata sets"), 0U);
+    EXPECT_EQ(counts.count("Preface") ? counts.at("Preface") : 0, 1U);
+    EXPECT_EQ(counts.count("MaterialPackage") ? counts.at("MaterialPackage") : 0, 1U);
+    EXPECT_GE(counts.count("Identification") ? counts.at("Identification") : 0, 1U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Samples, InfoOnSample, ::testing::ValuesIn(VellumTest::sampleNames()),
+                         [](const auto& p) { return VellumTest::testName(p.param); });
+
+class Info : public ::testing::Test {
+protected:
+    VellumTest::TempDir m_dir;
+};
+
+// The bitexact sample with its first TimecodeComponent given a key no dictionary knows.
+Bytes withPrivateSet() {
+    Bytes bytes = VellumTest::readFile(bitexactSample);
+    const Bytes timecode = {0x06, 0x0E, 0x2B, 0x34, 0x02, 0x53, 0x01, 0x01,
+                            0x0D, 0x01, 0x01, 0x01, 0x01, 0x01, 0x14, 0x00};
+    Bytes changed = timecode;
+    changed[14] = 0x7F;
+    VellumTest::replaceFirst(bytes, timecode, changed);
+    return bytes;
+}
+
+const char* const privateKey = "06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.7F.00";
+
+TEST_F(Info, AUserDictionaryNamesAnUnknownSet) {
+    const std::string file = m_dir.write("private.mxf", withPrivateSet());
+    const std::string text = std::string("format\tvellum-dictionary\t1\n"
+                                         "columns\tset\tkey\tname\tparent\n"
+                                         "set\t") +
+                             privateKey + "\tPrivateTimecode\tInterchangeObject\n";
+    const std::string dictionary = m_dir.write("private.txt", Bytes(text.begin(), text.end()));
+
+    const auto plain = runVellum({"info", file}, m_dir);
+    ASSERT_EQ(plain.exitCode, 0) << plain.err;
+    auto counts = parseInfoSetCounts(plain.out);
+    EXPECT_EQ(counts[std::string("(unknown set ") + privateKey + ")"], 1U);
+    EXPECT_EQ(counts["TimecodeComponent"], 1U);
+    // Every item of a set the dictionary does not know is known elsewhere.
+    EXPECT_EQ(countAfter(plain.out, "misplaced elements"), 6U);
+
+    // The option may be given more than once; loading the same file again changes nothing.
+    const auto named =
+        runVellum({"info", "--dictionary", dictionary, file, "--dictionary=" + dictionary}, m_dir);
+    ASSERT_EQ(named.exitCode, 0) << named.err;
+    counts = parseInfoSetCounts(named.out);
+    EXPECT_EQ(counts["PrivateTimecode"], 1U);
+    EXPECT_EQ(counts.count(std::string("(unknown set ") + privateKey + ")"), 0U);
+    // InstanceUID now has its place; the TimecodeComponent items are still misplaced.
+    EXPECT_EQ(countAfter(named.out, "misplaced elements"), 5U);
+}
+
+TEST_F(Info, ListsTheStructureBeforeReportingBrokenHeaderMetadata) {
+    const Bytes sample = VellumTest::readFile(bitexactSample);
+    const auto region = VellumTest::findHeaderRegion(sample, 0);
+    const Bytes cut(sample.begin(),
+                    sample.begin() + static_cast<std::ptrdiff_t>(region.offset + 2000));
+    const auto run = runVellum({"info", m_dir.write("cut.mxf", cut)}, m_dir);
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(run.out.find("problem: "), std::string::npos) << run.out;
+    ASSERT_EQ(VellumTest::parseInfoPartitions(run.out).size(), 1U) << run.out;
+    EXPECT_EQ(run.out.find("sets by name"), std::string::npos);
+    EXPECT_TRUE(isOneErrorLine(run.err)) << run.err;
+    EXPECT_NE(run.err.find("claims 5632 bytes from offset 512"), std::string::npos) << run.err;
+}
+
+// Faults shared by the commands that read header metadata: each exits 1 with one error line.
+TEST_F(Info, HeaderMetadataCommandsReportBadInputInOneLine) {
+    const Bytes sample = VellumTest::readFile(bitexactSample);
+    const auto region = VellumTest::findHeaderRegion(sample, 0);
+    const std::string text = "This is a text file, not MXF.\n";
+    const std::string notMxf = m_dir.write("text.mxf", Bytes(text.begin(), text.end()));
+    const std::string cut = m_dir.write(
+        "cut.mxf",
+        Bytes(sample.begin(), sample.begin() + static_cast<std::ptrdiff_t>(region.offset + 2000)));
+    const std::string badDictionary = m_dir.write("bad.txt", Bytes{'x', '\n'});
+    struct Case {
+        std::vector<std::string> arguments;
+        std::string problem;
+    };
+    const std::vector<Case> cases = {
+        {{notMxf}, "'" + notMxf + "': not an MXF file"},
+        {{m_dir.file("missing.mxf")}, "cannot open"},
+        {{m_dir.path().string()}, "is a directory"},
+        {{cut}, "claims 5632 bytes from offset 512, but the file ends"},
+        {{"--partition", "foo", bitexactSample}, "'foo' names no partition"},
+        {{"--partition", "3", bitexactSample}, "an index from 0 to 2"},
+        {{"--partition", "1", bitexactSample}, "body partition at offset 6144 carries no header"},
+        {{"--partition", "footer", bitexactSample}, "footer partition at offset 72192 carries no"},
+        {{"--dictionary", m_dir.file("none.txt"), bitexactSample}, "dictionary: cannot open"},
+        {{"--dictionary", badDictionary, bitexactSample}, "dictionary: " + badDictionary + ":1:"},
+    };
+    for (const char* name : {"info", "sets", "header"}) {
+        const std::string command = name;
+        for (const Case& c : cases) {
+            SCOPED_TRACE(command + " " + c.problem);
+            std::vector<std::string> arguments = {command, "-o", m_dir.file("out.klv")};
+            if (command != "header") {
+                arguments.resize(1);
+            }
+            arguments.insert(arguments.end(), c.arguments.begin(), c.arguments.end());
+            const auto run = runVellum(arguments, m_dir);
+            EXPECT_EQ(run.exitCode, 1);
+            EXPECT_TRUE(isOneErrorLine(run.err)) << run.err;
+            EXPECT_NE(run.err.find(c.problem), std::string::npos) << run.err;
+        }
+    }
+    EXPECT_FALSE(std::filesystem::exists(m_dir.file("out.klv")));
+}
+
+} // namespace
