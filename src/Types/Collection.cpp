@@ -28,8 +28,9 @@ Collection::Collection(std::uint32_t itemSize, Identifiers::Identifier itemType)
         VELLUM_THROW(InvalidFormat, "a batch or array cannot hold items of " + typeText(itemType) +
                                         ", which has no value class");
     }
+    // Writers store an item size of 0 in a collection without items; it is kept as stored.
     const auto fixedSize = Identifiers::typeSize(itemType);
-    if (fixedSize && *fixedSize != itemSize) {
+    if (fixedSize && *fixedSize != itemSize && itemSize != 0) {
         VELLUM_THROW(InvalidLength, "a batch or array of " + typeText(itemType) + " has items of " +
                                         std::to_string(*fixedSize) + " bytes, not " +
                                         std::to_string(itemSize));
@@ -72,6 +73,9 @@ void Collection::append(Templates::auto_ptr<SimpleDataType> item) {
     if (item->identifier() != m_itemType) {
         VELLUM_THROW(InvalidFormat,
                      "a " + what + " cannot take an item of " + typeText(item->identifier()));
+    }
+    if (m_items.empty() && m_itemSize == 0) {
+        m_itemSize = item->serializedSize(); // the first item sets an unknown item size
     }
     if (item->serializedSize() != m_itemSize) {
         VELLUM_THROW(InvalidLength, "a " + what + " has items of " + std::to_string(m_itemSize) +

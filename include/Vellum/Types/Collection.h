@@ -51,7 +51,8 @@ public:
 
 protected:
     /// An empty collection. Throws InvalidFormat if `itemType` is not a value type and
-    /// InvalidLength if `itemType` has a fixed size other than `itemSize`.
+    /// InvalidLength if `itemType` has a fixed size other than `itemSize`. An item size of 0
+    /// (what writers store for an empty collection) is allowed; the first item appended sets it.
     Collection(std::uint32_t itemSize, Identifiers::Identifier itemType);
     Collection(Collection&&) noexcept = default;
     Collection& operator=(Collection&&) noexcept = default;
