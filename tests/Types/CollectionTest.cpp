@@ -7,6 +7,7 @@
 #include "Vellum/Types/Array.h"
 #include "Vellum/Types/Batch.h"
 #include "Vellum/Types/DataStream.h"
+#include "Vellum/Types/Factories/ValueFactory.h"
 #include "Vellum/Types/UInt16.h"
 #include "Vellum/Types/UInt32.h"
 
@@ -91,6 +92,17 @@ TEST(Collection, MovesItsItems) {
     const Vellum::Types::SimpleDataType* item = &source.at(0);
     Batch target(std::move(source));
     EXPECT_EQ(&target.at(0), item);
+}
+
+TEST(Collection, AnEmptyCollectionKeepsAStoredItemSizeOfZero) {
+    const Bytes stored = {0, 0, 0, 0, 0, 0, 0, 0};
+    const auto empty = Vellum::Types::Factories::ValueFactory::createCollection(
+        Id::Batch, Id::UniversalLabel, {stored.data(), stored.size()});
+    EXPECT_EQ(empty->size(), 0U);
+    EXPECT_EQ(serialized(*empty), stored);
+    Batch batch(0, Id::UInt16);
+    batch.append(std::make_unique<UInt16>(7));
+    EXPECT_EQ(batch.itemSize(), 2U) << "the first item sets the size";
 }
 
 } // namespace
