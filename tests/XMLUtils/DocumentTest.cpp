@@ -1,0 +1,306 @@
+#include "Vellum/XMLUtils/Document.h"
+
+#include "Support/TempDir.h"
+#include "XMLTestSupport.h"
+
+#include "Vellum/Exceptions/InvalidFormat.h"
+#include "Vellum/Exceptions/ParseError.h"
+#include "Vellum/XMLUtils/Initializer.h"
+#include "Vellum/XMLUtils/UnicodeString.h"
+#include "Vellum/XMLUtils/Utils.h"
+
+#include <gtest/gtest.h>
+#include <xercesc/dom/DOMDocument.hpp>
+#include <xercesc/dom/DOMElement.hpp>
+#include <xercesc/dom/DOMNodeList.hpp>
+#include <xercesc/dom/DOMText.hpp>
+#include <xercesc/sax/SAXParseException.hpp>
+
+#include <chrono>
+#include <cstdint>
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Vellum::WString;
+using namespace Vellum::XMLUtils;
+using VellumTest::compactXml;
+using VellumTest::parseXml;
+using VellumTest::translatedError;
+using VellumTest::utf8;
+
+const char* const sampleXml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                              "<v:Preface xmlns:v=\"urn:vellum:test\" v:id=\"p&amp;1\">\n"
+                              "  <v:Title>Clapper \xF0\x9F\x8E\xAC &lt;one&gt;</v:Title>\n"
+                              "  <Plain/>\n"
+                              "</v:Preface>\n";
+
+std::vector<std::uint8_t> bytesOf(const std::string& text) {
+    return {text.begin(), text.end()};
+}
+
+TEST(LoadDocument, FromBufferKeepsNamespacesAndText) {
+    const DocumentPtr document = parseXml(sampleXml);
+    const xercesc::DOMElement* root = document->getDocumentElement();
+    ASSERT_NE(root, nullptr);
+    EXPECT_EQ(WString(root->getNamespaceURI()), u"urn:vellum:test");
+    EXPECT_EQ(WString(root->getLocalName()), u"Preface");
+    EXPECT_EQ(WString(root->getAttributeNS(u"urn:vellum:test", u"id")), u"p&1");
+    const xercesc::DOMElement* title = root->getFirstElementChild();
+    ASSERT_NE(title, nullptr);
+    EXPECT_EQ(WString(title->getTextContent()), u"Clapper \U0001F3AC <one>");
+    EXPECT_EQ(title->getNextElementSibling()->getNamespaceURI(), nullptr);
+}
+
+TEST(LoadDocument, FromFileMatchesFromBuffer) {
+    const VellumTest::TempDir dir;
+    const std::string path = dir.write("sample.xml", bytesOf(sampleXml));
+    const ParserPtr parser = Initializer::instance().createParser();
+    const DocumentPtr fromFile = loadDocumentFromFile(UnicodeString(path.c_str()).utf16(), *parser);
+    const DocumentPtr fromBuffer = parseXml(sampleXml);
+    EXPECT_TRUE(fromFile->getDocumentElement()->isEqualNode(fromBuffer->getDocumentElement()));
+}
+
+TEST(LoadDocument, MissingFileIsAParseErrorNamingTheFile) {
+    const VellumTest::TempDir dir;
+    const std::string path = dir.file("absent.xml");
+    const Vellum::Exceptions::ParseError error = translatedError([&] {
+        const ParserPtr parser = Initializer::instance().createParser();
+        loadDocumentFromFile(UnicodeString(path.c_str()).utf16(), *parser);
+    });
+    EXPECT_NE(utf8(error.message()).find("absent.xml"), std::string::npos) << utf8(error.message());
+}
+
+struct MalformedCase {
+    const char* name;
+    std::string text;
+};
+
+void PrintTo(const MalformedCase& c, std::ostream* os) {
+    *os << c.name;
+}
+
+class MalformedBuffer : public ::testing::TestWithParam<MalformedCase> {};
+
+TEST_P(MalformedBuffer, IsRefusedWithTheClassNameAndPlace) {
+    const Vellum::Exceptions::ParseError error = translatedError([] { parseXml(GetParam().text); });
+    const std::string message = utf8(error.message());
+    EXPECT_EQ(message.rfind("xercesc_3_2::SAXException: XML buffer, line ", 0), 0U) << message;
+    EXPECT_EQ(error.sourceName(), "Vellum/XMLUtils/Utils");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Texts, MalformedBuffer,
+    ::testing::Values(MalformedCase{"Empty", ""}, MalformedCase{"UnclosedTag", "<a><b></a>"},
+                      MalformedCase{"TruncatedDocument", "<a><b>text</b>"},
+                      MalformedCase{"TwoRoots", "<a/><b/>"},
+                      MalformedCase{"UndefinedEntity", "<a>&nope;</a>"},
+                      MalformedCase{"UnboundPrefix", "<x:a/>"},
+                      MalformedCase{"BadUtf8", std::string("<a>\xC3\x28</a>")},
+                      MalformedCase{"Binary", std::string("\0\1\2\3garbage", 11)}),
+    [](const auto& p) { return p.param.name; });
+
+TEST(LoadDocument, ErrorNamesLineAndColumn) {
+    const Vellum::Exceptions::ParseError error =
+        translatedError([] { parseXml("<a>\n  <b>\n</a>"); });
+    EXPECT_NE(utf8(error.message()).find("line 3, column "), std::string::npos)
+        << utf8(error.message());
+}
+
+TEST(LoadDocument, ParserWorksAgainAfterAFailure) {
+    const ParserPtr parser = Initializer::instance().createParser();
+    const std::string bad = "<a>";
+    const std::string good = "<a>fine</a>";
+    const auto load = [&](const std::string& text) {
+        return loadDocumentFromBuffer(reinterpret_cast<const std::uint8_t*>(text.data()),
+                                      text.size(), *parser);
+    };
+    EXPECT_THROW(load(bad), xercesc::SAXParseException);
+    const DocumentPtr document = load(good);
+    EXPECT_EQ(WString(document->getDocumentElement()->getTextContent()), u"fine");
+}
+
+TEST(LoadDocument, NullBufferWithBytesIsInvalidFormat) {
+    const ParserPtr parser = Initializer::instance().createParser();
+    try {
+        loadDocumentFromBuffer(nullptr, 4, *parser);
+        FAIL() << "nothing thrown";
+    } catch (const Vellum::Exceptions::InvalidFormat& error) {
+        EXPECT_NE(error.utf8Message().find("null buffer"), std::string::npos);
+    }
+}
+
+std::string nested(int depth) {
+    std::string text;
+    text.reserve(static_cast<std::size_t>(depth) * 8);
+    for (int i = 0; i < depth; ++i) {
+        text += "<a> ";
+    }
+    for (int i = 0; i < depth; ++i) {
+        text += "</a>";
+    }
+    return text;
+}
+
+TEST(LoadDocument, HundredThousandLevelsFailCleanlyAndQuickly) {
+    const auto start = std::chrono::steady_clock::now();
+    const Vellum::Exceptions::ParseError error = translatedError([] { parseXml(nested(100000)); });
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+    EXPECT_EQ(utf8(error.message()),
+              "xercesc_3_2::SAXException: XML buffer: elements nest more than 10000 levels deep");
+}
+
+TEST(LoadDocument, NestingLimitIsTenThousandLevels) {
+    const DocumentPtr document = parseXml(nested(10000));
+    cleanEmptyTextNodes(document.get());
+    int levels = 0;
+    for (const xercesc::DOMNode* n = document->getDocumentElement(); n != nullptr;
+         n = n->getFirstChild()) {
+        ASSERT_EQ(n->getNodeType(), xercesc::DOMNode::ELEMENT_NODE);
+        ++levels;
+    }
+    EXPECT_EQ(levels, 10000);
+    EXPECT_THROW(parseXml(nested(10001)), Vellum::Exceptions::ParseError);
+}
+
+TEST(LoadDocument, ParserWorksAgainAfterTheNestingLimit) {
+    const ParserPtr parser = Initializer::instance().createParser();
+    const auto load = [&](const std::string& text) {
+        return loadDocumentFromBuffer(reinterpret_cast<const std::uint8_t*>(text.data()),
+                                      text.size(), *parser);
+    };
+    EXPECT_THROW(load(nested(10001)), xercesc::SAXParseException);
+    const DocumentPtr document = load("<a><b/></a>");
+    EXPECT_EQ(compactXml(document.get()), "<a><b/></a>");
+}
+
+TEST(CleanEmptyTextNodes, RemovesOnlyWhitespaceText) {
+    const DocumentPtr document = parseXml("<r>\n  <a> x </a>\t<b>\r\n</b><c><![CDATA[  ]]></c>"
+                                          "<!-- note --> <d attr=\"  \"/>\n</r>");
+    cleanEmptyTextNodes(document.get());
+    EXPECT_EQ(compactXml(document.get()),
+              "<r><a> x </a><b/><c><![CDATA[  ]]></c><!-- note --><d attr=\"  \"/></r>");
+}
+
+TEST(CleanEmptyTextNodes, OnlyTouchesTheGivenSubtree) {
+    const DocumentPtr document = parseXml("<r> <a> <b/> </a> <c> </c> </r>");
+    xercesc::DOMElement* a = document->getDocumentElement()->getFirstElementChild();
+    cleanEmptyTextNodes(a);
+    EXPECT_EQ(compactXml(document.get()), "<r> <a><b/></a> <c> </c> </r>");
+    cleanEmptyTextNodes(nullptr);
+}
+
+TEST(CleanEmptyTextNodes, HandlesDeepDocumentsBuiltInMemory) {
+    constexpr int depth = 20000;
+    xercesc::DOMImplementation& dom = Initializer::instance().implementation();
+    const DocumentPtr document(dom.createDocument(nullptr, u"level", nullptr));
+    xercesc::DOMNode* parent = document->getDocumentElement();
+    for (int i = 1; i < depth; ++i) {
+        parent->appendChild(document->createTextNode(u" \n"));
+        xercesc::DOMNode* child = parent->appendChild(document->createElement(u"level"));
+        parent->appendChild(document->createTextNode(u"\t"));
+        parent = child;
+    }
+    parent->appendChild(document->createTextNode(u"leaf"));
+    cleanEmptyTextNodes(document.get());
+
+    int levels = 0;
+    const xercesc::DOMNode* n = document->getDocumentElement();
+    for (; n->getNodeType() == xercesc::DOMNode::ELEMENT_NODE; n = n->getFirstChild()) {
+        ASSERT_EQ(n->getChildNodes()->getLength(), 1U) << "at level " << levels;
+        ++levels;
+    }
+    EXPECT_EQ(levels, depth);
+    EXPECT_EQ(WString(n->getNodeValue()), u"leaf");
+}
+
+struct SerializeCase {
+    const char* name;
+    EncodingType encoding;
+    bool pretty;
+    std::string prefix;
+};
+
+void PrintTo(const SerializeCase& c, std::ostream* os) {
+    *os << c.name;
+}
+
+class Serialize : public ::testing::TestWithParam<SerializeCase> {};
+
+TEST_P(Serialize, BytesStartRightAndParseBackToTheSameDocument) {
+    const SerializeCase& c = GetParam();
+    const DocumentPtr original = parseXml(sampleXml);
+    cleanEmptyTextNodes(original.get());
+    std::string bytes;
+    SerializeOptions options;
+    options.prettyPrint = c.pretty;
+    domToBytes(original.get(), bytes, c.encoding, options);
+    ASSERT_GE(bytes.size(), c.prefix.size());
+    EXPECT_EQ(bytes.substr(0, c.prefix.size()), c.prefix);
+
+    const std::string newline = c.encoding == EncodingType::UTF8 ? "\n" : std::string("\n\0", 2);
+    const std::string indent =
+        c.encoding == EncodingType::UTF8 ? "\n  <" : std::string("\n\0 \0 \0<\0", 8);
+    EXPECT_EQ(bytes.find(indent) != std::string::npos, c.pretty);
+    if (!c.pretty) {
+        EXPECT_EQ(bytes.find(newline), std::string::npos);
+    }
+
+    const DocumentPtr again = parseXml(bytes);
+    cleanEmptyTextNodes(again.get());
+    EXPECT_TRUE(again->getDocumentElement()->isEqualNode(original->getDocumentElement()))
+        << compactXml(again.get());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Encodings, Serialize,
+    ::testing::Values(SerializeCase{"Utf8Pretty", EncodingType::UTF8, true, "<?xml"},
+                      SerializeCase{"Utf8Compact", EncodingType::UTF8, false, "<?xml"},
+                      SerializeCase{"Utf16Pretty", EncodingType::UTF16, true,
+                                    std::string("\xFF\xFE<\0?\0x\0m\0l\0", 12)},
+                      SerializeCase{"Utf16Compact", EncodingType::UTF16, false,
+                                    std::string("\xFF\xFE<\0?\0x\0m\0l\0", 12)}),
+    [](const auto& p) { return p.param.name; });
+
+TEST(Serialize, BufferIsTheSameTextInBothEncodings) {
+    const DocumentPtr document = parseXml(sampleXml);
+    WString fromUtf8;
+    WString fromUtf16;
+    domToBuffer(document.get(), fromUtf8, EncodingType::UTF8);
+    domToBuffer(document.get(), fromUtf16, EncodingType::UTF16);
+    EXPECT_EQ(fromUtf8.rfind(u"<?xml version=\"1.0\" encoding=\"UTF-8\"", 0), 0U);
+    EXPECT_EQ(fromUtf16.rfind(u"<?xml version=\"1.0\" encoding=\"UTF-16\"", 0), 0U);
+    EXPECT_NE(fromUtf16.find(u"Clapper \U0001F3AC &lt;one&gt;"), WString::npos);
+    fromUtf16.replace(fromUtf16.find(u"UTF-16"), 6, u"UTF-8");
+    EXPECT_EQ(fromUtf16, fromUtf8);
+}
+
+TEST(Serialize, DeclarationCanBeLeftOut) {
+    const DocumentPtr document = parseXml("<a>1</a>");
+    SerializeOptions options;
+    options.xmlDeclaration = false;
+    options.prettyPrint = false;
+    WString text;
+    domToBuffer(document.get(), text, EncodingType::UTF16, options);
+    EXPECT_EQ(text, u"<a>1</a>");
+    std::string bytes;
+    domToBytes(document->getDocumentElement(), bytes, EncodingType::UTF8, options);
+    EXPECT_EQ(bytes, "<a>1</a>");
+}
+
+TEST(Serialize, NullNodeIsInvalidFormat) {
+    std::string bytes;
+    EXPECT_THROW(domToBytes(nullptr, bytes, EncodingType::UTF8), Vellum::Exceptions::InvalidFormat);
+}
+
+TEST(Utf16ToWstring, CopiesTextAndTreatsNullAsEmpty) {
+    WString out = u"old";
+    utf16ToWstring(u"n\u00E9w", out);
+    EXPECT_EQ(out, u"n\u00E9w");
+    utf16ToWstring(nullptr, out);
+    EXPECT_TRUE(out.empty());
+}
+
+} // namespace
