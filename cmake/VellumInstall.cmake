@@ -1,11 +1,15 @@
-# Install rules and the CMake package (find_package(Vellum) giving Vellum::Core), for an
-# installed copy and for the build tree, plus a pkg-config file.
+# Install rules and the CMake package (find_package(Vellum) giving Vellum::Core,
+# Vellum::XMLUtils and Vellum::XMLBuilder), for an installed copy and for the build tree, plus a pkg-config file.
 include(CMakePackageConfigHelpers)
 
 set(VELLUM_INSTALL_CMAKEDIR "${CMAKE_INSTALL_LIBDIR}/cmake/Vellum"
     CACHE STRING "Where the CMake package files are installed, relative to the prefix")
 
-install(TARGETS Vellum_Core
+# Installed libraries find each other beside themselves, whatever the consumer's run path.
+set_target_properties(Vellum_Core Vellum_XMLUtils Vellum_XMLBuilder PROPERTIES
+    INSTALL_RPATH "$ORIGIN")
+
+install(TARGETS Vellum_Core Vellum_XMLUtils Vellum_XMLBuilder
     EXPORT VellumTargets
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
@@ -17,6 +21,10 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/Vellum
     FILES_MATCHING PATTERN "*.h")
 install(FILES ${PROJECT_BINARY_DIR}/include/Vellum/Core/Export.h
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/Vellum/Core)
+install(FILES ${PROJECT_BINARY_DIR}/include/Vellum/XMLUtils/Export.h
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/Vellum/XMLUtils)
+install(FILES ${PROJECT_BINARY_DIR}/include/Vellum/XMLBuilder/Export.h
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/Vellum/XMLBuilder)
 
 install(EXPORT VellumTargets
     NAMESPACE Vellum::

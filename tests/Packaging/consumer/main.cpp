@@ -1,9 +1,12 @@
-// Uses the installed or built Vellum::Core from outside the project: parses a key's text,
-// classifies it, and catches the library's exception for a malformed text.
+// Uses the installed or built Vellum from outside the project: parses a key's text, classifies
+// it, catches the library's exception for a malformed text, and exports a partition.
 #include "Vellum/Exceptions/InvalidFormat.h"
 #include "Vellum/KLV/Key.h"
 #include "Vellum/KLV/KeyClassification.h"
+#include "Vellum/MetaMetadata/Dictionary.h"
+#include "Vellum/Metadata/PartitionMetadata.h"
 #include "Vellum/Utils/StringConversion.h"
+#include "Vellum/XMLBuilder/Partition2XML.h"
 
 #include <iostream>
 
@@ -21,5 +24,9 @@ int main() {
     } catch (const Vellum::Exceptions::InvalidFormat& error) {
         std::cout << "caught InvalidFormat: " << error.utf8Message() << '\n';
     }
+    Vellum::Metadata::PartitionMetadata empty(Vellum::MetaMetadata::Dictionary::builtIn());
+    const auto document = Vellum::XMLBuilder::partition2XML(&empty, false, false);
+    std::cout << "exported an empty partition: " << (document ? "a document" : "no document")
+              << '\n';
     return 0;
 }
