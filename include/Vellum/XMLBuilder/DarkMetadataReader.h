@@ -1,0 +1,37 @@
+#ifndef VELLUM_XMLBUILDER_DARKMETADATAREADER_H
+#define VELLUM_XMLBUILDER_DARKMETADATAREADER_H
+
+#include "Vellum/XMLBuilder/Export.h"
+
+#include <xercesc/dom/DOMElement.hpp>
+
+namespace Vellum::Metadata {
+class PartitionMetadata;
+} // namespace Vellum::Metadata
+
+namespace Vellum::XMLBuilder {
+
+/// Reads the dark form of a KLV triplet the dictionary does not know (the counterpart of
+/// DarkMetadataWriter): an element of any name with the attributes "groups:Key" (the key in
+/// dotted hexadecimal) and "groups:BEROctetCount" (decimal, cut to 8 bits), whose text is
+/// the value, two hexadecimal digits a byte. The attributes are found by these exact
+/// qualified names.
+class VELLUM_XMLBUILDER_EXPORT DarkMetadataReader {
+public:
+    DarkMetadataReader() = delete;
+
+    /// Source name recorded in the exceptions about the value text.
+    static constexpr const char* sourceName = "Vellum/XMLBuilder/XML2Partition";
+
+    /// Makes the dark set `element` describes and hands it to `partition`, which owns it; a
+    /// rejected element adds nothing. Throws InvalidFormat naming a missing attribute, the
+    /// key's InvalidFormat for malformed key text, InvalidFormat "DarkMetadataSet with
+    /// key='<key>' value has invalid Length" for an odd number of digits and "... value
+    /// contains non Hexadecimal characters" for any other character, and InvalidLength
+    /// when the value does not fit the BER octet count (0 octets included).
+    static void read(const xercesc::DOMElement& element, Metadata::PartitionMetadata& partition);
+};
+
+} // namespace Vellum::XMLBuilder
+
+#endif

@@ -1,0 +1,73 @@
+#ifndef VELLUM_XMLBUILDER_FROMXMLMETADATASETVISITOR_H
+#define VELLUM_XMLBUILDER_FROMXMLMETADATASETVISITOR_H
+
+#include "Vellum/Metadata/Visitors/NonConstMetadataSetVisitor.h"
+#include "Vellum/Templates/Templates.h"
+#include "Vellum/XMLBuilder/Export.h"
+#include "Vellum/XMLBuilder/ImportTables.h"
+
+#include <xercesc/dom/DOMElement.hpp>
+
+namespace Vellum::MetaMetadata {
+class Dictionary;
+class MetaElement;
+} // namespace Vellum::MetaMetadata
+
+namespace Vellum::Metadata {
+class Element;
+class PartitionMetadata;
+} // namespace Vellum::Metadata
+
+namespace Vellum::XMLBuilder {
+
+/// Fills a set fresh from PartitionMetadata::createMetadataSet from the XML element that
+/// describes it.
+///
+/// Each of the set's dictionary elements is looked for as the first child named by its
+/// "XMLDefaultPrefix" and "XMLTagName" (a prefix unbound at the set's element is taken as
+/// the rp210 namespace); children the dictionary does not ask for are ignored. The two
+/// identity elements come from the attributes "rp210:InstanceUID" (its text is a reference
+/// name: the set takes the identifier the reference name table gives that name, or enters
+/// its own) and "rp210:GenerationUID". The children of "groups:ExtensionElements" (read only
+/// where the prefix "groups" is bound) become invalid elements: misplaced ones when the
+/// dictionary knows their namespace and name (taken from the root element's declarations),
+/// unknown ones otherwise, identified by "groups:StaticLocalTag" or "groups:UniversalLabel".
+class VELLUM_XMLBUILDER_EXPORT FromXMLMetadataSetVisitor
+    : public Metadata::Visitors::NonConstMetadataSetVisitor {
+public:
+    /// `element` describes the set; `depth` is how deeply the set is nested inline (0 at the
+    /// top level). Everything is borrowed.
+    FromXMLMetadataSetVisitor(xercesc::DOMElement& element, const SetTagTable& setTags,
+                              Metadata::PartitionMetadata& partition, ReferenceNameTable& names,
+                              unsigned depth = 0) noexcept
+        : m_element(element)
+        , m_setTags(setTags)
+        , m_partition(partition)
+        , m_names(names)
+        , m_depth(depth) {}
+    ~FromXMLMetadataSetVisitor() override;
+
+    /// Reads `set`; the elements read so far stay when it throws. Throws ParseError for an
+    /// unknown extension element that carries neither "groups:StaticLocalTag" nor
+    /// "groups:UniversalLabel", what the element reader throws, and what the metadata model
+    /// throws for malformed identifier, tag or label text.
+    void visit(Metadata::MetadataSet& set) override;
+
+private:
+    void readIdentity(Metadata::MetadataSet& set, Metadata::Element& element,
+                      const MetaMetadata::MetaElement& meta, const WString& tagName);
+    void readExtensionElements(Metadata::MetadataSet& set);
+    void readExtensionElement(Metadata::MetadataSet& set, xercesc::DOMElement& node,
+                              const MetaMetadata::Dictionary& dictionary);
+    void readUnknownElement(Metadata::MetadataSet& set, xercesc::DOMElement& node);
+
+    xercesc::DOMElement& m_element;
+    const SetTagTable& m_setTags;
+    Metadata::PartitionMetadata& m_partition;
+    ReferenceNameTable& m_names;
+    unsigned m_depth;
+};
+
+} // namespace Vellum::XMLBuilder
+
+#endif

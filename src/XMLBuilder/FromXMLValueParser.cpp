@@ -1,0 +1,454 @@
+#include "Vellum/XMLBuilder/FromXMLValueParser.h"
+
+#include "Vellum/Exceptions/InvalidFormat.h"
+#include "Vellum/KLV/Value.h"
+#include "Vellum/Types/Boolean.h"
+#include "Vellum/Types/DataStream.h"
+#include "Vellum/Types/ISO7String.h"
+#include "Vellum/Types/Int16.h"
+#include "Vellum/Types/Int32.h"
+#include "Vellum/Types/Int64.h"
+#include "Vellum/Types/Int8.h"
+#include "Vellum/Types/J2KCodingStyleDefault.h"
+#include "Vellum/Types/J2KPictureComponent.h"
+#include "Vellum/Types/J2KQuantisationDefault.h"
+#include "Vellum/Types/Length.h"
+#include "Vellum/Types/Orientation.h"
+#include "Vellum/Types/Position.h"
+#include "Vellum/Types/ProductVersion.h"
+#include "Vellum/Types/RGBALayout.h"
+#include "Vellum/Types/Rational.h"
+#include "Vellum/Types/SignalStandard.h"
+#include "Vellum/Types/Timestamp.h"
+#include "Vellum/Types/UInt16.h"
+#include "Vellum/Types/UInt32.h"
+#include "Vellum/Types/UInt64.h"
+#include "Vellum/Types/UInt8.h"
+#include "Vellum/Types/UMID32.h"
+#include "Vellum/Types/UMID64.h"
+#include "Vellum/Types/UTF16.h"
+#include "Vellum/Types/UTF16String.h"
+#include "Vellum/Types/UUID.h"
+#include "Vellum/Types/UniversalLabel.h"
+#include "Vellum/Types/Unknown.h"
+#include "Vellum/Types/VersionType.h"
+#include "Vellum/Utils/StringConversion.h"
+#include "Vellum/XMLBuilder/NodeSelector.h"
+#include "Vellum/XMLBuilder/Vocabulary.h"
+
+#include <array>
+#include <memory>
+#include <string>
+
+namespace Vellum::XMLBuilder {
+namespace {
+
+using Types::Identifiers::Identifier;
+using ValuePtr = Templates::auto_ptr<Types::SimpleDataType>;
+
+const WString& typesPrefix() {
+    static const WString prefix(Vocabulary::typesPrefix);
+    return prefix;
+}
+
+const WString& j2kPrefix() {
+    static const WString prefix(Vocabulary::s422mTypesPrefix);
+    return prefix;
+}
+
+/// A basic UMID's text (32 bytes) is padded to an extended one by 32 zero bytes when it is
+/// the value of this element.
+constexpr const char16_t* extendedClipID = u"ExtendedClipID";
+constexpr std::size_t basicUMIDTextLength = 95;
+constexpr const char16_t* zeroSourcePack = u".00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00"
+                                           u".00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00";
+
+bool isBlank(char16_t c) {
+    return c == u' ' || c == u'\t' || c == u'\n' || c == u'\v' || c == u'\f' || c == u'\r';
+}
+
+int hexDigit(char16_t c) {
+    if (c >= u'0' && c <= u'9') {
+        return c - u'0';
+    }
+    if (c >= u'a' && c <= u'f') {
+        return c - u'a' + 10;
+    }
+    if (c >= u'A' && c <= u'F') {
+        return c - u'A' + 10;
+    }
+    return -1;
+}
+
+/// The child elements of one compound value, with the prefix of its parts resolved once
+/// where the value is (an unbound prefix throws NAMESPACE_ERR here). Without an element (a
+/// value written as an attribute) it has no parts.
+class Parts {
+public:
+    Parts(xercesc::DOMElement* element, const WString& prefix)
+        : m_namespace(element != nullptr ? NodeSelector::selectedNamespace(*element, prefix)
+                                         : nullptr) {
+        if (element != nullptr) {
+            m_children = NodeSelector::elementChildren(*element);
+        }
+    }
+
+    /// The first part named `localName`, or nullptr.
+    xercesc::DOMElement* find(const WString& localName) const {
+        return NodeSelector::firstNamed(m_children, m_namespace, localName);
+    }
+    /// The text of the first part named `localName`, empty when there is none.
+    WString text(const WString& localName) const {
+        const xercesc::DOMElement* part = find(localName);
+        return part != nullptr ? NodeSelector::text(*part) : WString();
+    }
+    /// Every part named `localName`, in document order.
+    std::vector<xercesc::DOMElement*> all(const WString& localName) const {
+        std::vector<xercesc::DOMElement*> found;
+        for (xercesc::DOMElement* child : m_children) {
+            if (NodeSelector::isNamed(*child, m_namespace, localName)) {
+                found.push_back(child);
+            }
+        }
+        return found;
+    }
+
+private:
+    const XMLCh* m_namespace;
+    std::vector<xercesc::DOMElement*> m_children;
+};
+
+/// The text of the part `name`; throws InvalidFormat "<assertion>: <message>" at `line` when
+/// it is missing or empty.
+WString requiredPart(const Parts& parts, const char16_t* name, const char* assertion,
+                     const char* message, unsigned line) {
+    WString value = parts.text(name);
+    if (value.empty()) {
+        throw Exceptions::InvalidFormat(std::string(assertion) + ": " + message,
+                                        FromXMLValueParser::sourceName, line);
+    }
+    return value;
+}
+
+/// The wrapping child of a JPEG 2000 value; throws the assertion messages at `line` when it is
+/// missing and at `line + 1` when its local name is another (a check kept for the message: a
+/// child found by namespace and name always passes it).
+xercesc::DOMElement& j2kComponent(xercesc::DOMElement* element, const WString& name,
+                                  const char* message, unsigned line) {
+    xercesc::DOMElement* component = Parts(element, j2kPrefix()).find(name);
+    if (component == nullptr) {
+        throw Exceptions::InvalidFormat(std::string("domComponentElement != 0: ") + message,
+                                        FromXMLValueParser::sourceName, line);
+    }
+    const XMLCh* localName = component->getLocalName();
+    if (localName == nullptr || name != localName) {
+        throw Exceptions::InvalidFormat("retrieveNodeName (domComponentElement) == L\"" +
+                                            Utils::wstringToString(name) + "\": " + message,
+                                        FromXMLValueParser::sourceName, line + 1);
+    }
+    return *component;
+}
+
+template <class T>
+T cut(const WString& text) {
+    return static_cast<T>(FromXMLValueParser::readDecimal(text));
+}
+
+ValuePtr parsePictureComponent(xercesc::DOMElement* element) {
+    const char* message = "No 'J2KPictureComponent' element from 'PictureComponentSizing' in XML "
+                          "metadata";
+    const Parts parts(&j2kComponent(element, u"J2KPictureComponent", message, 255), j2kPrefix());
+    const WString sSiziValue = requiredPart(parts, u"Ssizi", "!sSiziValue.empty ()",
+                                            "No 'Ssizi' element in XML metadata", 259);
+    const WString xRSiziValue = requiredPart(parts, u"XRSizi", "!xRSiziValue.empty ()",
+                                             "No 'XRSizi' element in XML metadata", 262);
+    const WString yRSiziValue = requiredPart(parts, u"YRSizi", "!yRSiziValue.empty ()",
+                                             "No 'YRSizi' element in XML metadata", 265);
+    return std::make_unique<Types::J2KPictureComponent>(cut<std::uint8_t>(sSiziValue),
+                                                        cut<std::uint8_t>(xRSiziValue),
+                                                        cut<std::uint8_t>(yRSiziValue));
+}
+
+ValuePtr parseCodingStyle(xercesc::DOMElement* element) {
+    const char* message = "No 'J2KCodingStyleDefault' element from 'CodingStyleDefault' in XML "
+                          "metadata";
+    const Parts parts(&j2kComponent(element, u"J2KCodingStyleDefault", message, 296), j2kPrefix());
+    const WString scodValue = requiredPart(parts, u"Scod", "!scodValue.empty ()",
+                                           "No 'Scod' element in XML metadata", 300);
+    const WString sGcodValue = requiredPart(parts, u"SGcod", "!sGcodValue.empty ()",
+                                            "No 'SGcod' element in XML metadata", 303);
+    const WString spcodValue = requiredPart(parts, u"Spcod", "!spcodValue.empty ()",
+                                            "No 'Spcod' element in XML metadata", 306);
+    const std::vector<std::uint8_t> spcod = FromXMLValueParser::readHex(spcodValue);
+    return std::make_unique<Types::J2KCodingStyleDefault>(
+        cut<std::uint8_t>(scodValue), cut<std::uint32_t>(sGcodValue), spcod.data(), spcod.size());
+}
+
+ValuePtr parseQuantisation(xercesc::DOMElement* element) {
+    const char* message = "No 'J2KQuantisationDefault' element from 'QuantisationDefault' in XML "
+                          "metadata";
+    const Parts parts(&j2kComponent(element, u"J2KQuantisationDefault", message, 337), j2kPrefix());
+    const WString sqcdValue = requiredPart(parts, u"Sqcd", "!sqcdValue.empty ()",
+                                           "No 'Sqcd' element in XML metadata", 341);
+    const WString sPgcdValue = requiredPart(parts, u"SPgcd", "!sPgcdValue.empty ()",
+                                            "No 'SPgcd' element in XML metadata", 344);
+    const std::vector<std::uint8_t> sPgcd = FromXMLValueParser::readHex(sPgcdValue);
+    return std::make_unique<Types::J2KQuantisationDefault>(cut<std::uint8_t>(sqcdValue),
+                                                           sPgcd.data(), sPgcd.size());
+}
+
+/// The decimal values of the parts `names`, in order; false when one is missing or empty.
+template <std::size_t N>
+bool readParts(xercesc::DOMElement* element, const char16_t* const (&names)[N],
+               std::array<std::uint64_t, N>& out) {
+    const Parts parts(element, typesPrefix());
+    for (std::size_t i = 0; i < N; ++i) {
+        const WString text = parts.text(names[i]);
+        if (text.empty()) {
+            return false;
+        }
+        out[i] = FromXMLValueParser::readDecimal(text);
+    }
+    return true;
+}
+
+ValuePtr parseRational(xercesc::DOMElement* element) {
+    static const char16_t* const names[] = {u"Numerator", u"Denominator"};
+    std::array<std::uint64_t, 2> parts{};
+    if (!readParts(element, names, parts)) {
+        return nullptr;
+    }
+    return std::make_unique<Types::Rational>(
+        static_cast<std::int32_t>(static_cast<std::uint32_t>(parts[0])),
+        static_cast<std::int32_t>(static_cast<std::uint32_t>(parts[1])));
+}
+
+ValuePtr parseProductVersion(xercesc::DOMElement* element) {
+    static const char16_t* const names[] = {u"Major", u"Minor", u"Patch", u"Build", u"Release"};
+    std::array<std::uint64_t, 5> parts{};
+    if (!readParts(element, names, parts)) {
+        return nullptr;
+    }
+    return std::make_unique<Types::ProductVersion>(
+        static_cast<std::uint16_t>(parts[0]), static_cast<std::uint16_t>(parts[1]),
+        static_cast<std::uint16_t>(parts[2]), static_cast<std::uint16_t>(parts[3]),
+        static_cast<Types::ProductVersion::ReleaseVersion>(static_cast<std::uint16_t>(parts[4])));
+}
+
+ValuePtr parseRGBALayout(xercesc::DOMElement* element) {
+    auto layout = std::make_unique<Types::RGBALayout>();
+    std::size_t index = 0;
+    for (xercesc::DOMElement* component : Parts(element, typesPrefix()).all(u"RGBAComponent")) {
+        const Parts fields(component, typesPrefix());
+        Types::RGBALayout::RGBAComponent value;
+        value.code = cut<std::uint8_t>(fields.text(u"Code"));
+        value.depth = cut<std::uint8_t>(fields.text(u"Depth"));
+        layout->set(index++, value);
+    }
+    return layout;
+}
+
+/// Timestamp parts in the order they are fetched; the first missing one is reported.
+struct TimestampPart {
+    const char16_t* name;
+    const char* assertion;
+    const char* message;
+    unsigned line;
+};
+
+constexpr TimestampPart timestampParts[] = {
+    {u"Second", "!secondsValue.empty ()", "No 'Second' element in XML metadata", 374},
+    {u"mSec4", "!milliValue.empty ()", "No 'mSec4' element in XML metadata", 377},
+    {u"Year", "!yearValue.empty ()", "No 'Year' element in XML metadata", 380},
+    {u"Month", "!monthValue.empty ()", "No 'Month' element in XML metadata", 383},
+    {u"Day", "!dayValue.empty ()", "No 'Day' element in XML metadata", 386},
+    {u"Hour", "!hourValue.empty ()", "No 'Hour' element in XML metadata", 389},
+    {u"Minute", "!minutesValue.empty ()", "No 'Minute' element in XML metadata", 392},
+};
+
+ValuePtr parseTimestamp(xercesc::DOMElement* element) {
+    const Parts parts(element, typesPrefix());
+    std::array<std::uint32_t, 7> values{};
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const TimestampPart& part = timestampParts[i];
+        values[i] = cut<std::uint32_t>(
+            requiredPart(parts, part.name, part.assertion, part.message, part.line));
+    }
+    // The document counts 4-millisecond units; the value class takes milliseconds.
+    const auto milliseconds = static_cast<std::uint16_t>(values[1] * 4U);
+    return std::make_unique<Types::Timestamp>(
+        static_cast<std::uint16_t>(values[2]), static_cast<std::uint8_t>(values[3]),
+        static_cast<std::uint8_t>(values[4]), static_cast<std::uint8_t>(values[5]),
+        static_cast<std::uint8_t>(values[6]), static_cast<std::uint8_t>(values[0]), milliseconds);
+}
+
+/// Values whose parts are child elements.
+ValuePtr parseCompound(xercesc::DOMElement* element, Identifier type) {
+    switch (type) {
+    case Identifier::ProductVersion:
+        return parseProductVersion(element);
+    case Identifier::Rational:
+        return parseRational(element);
+    case Identifier::Timestamp:
+        return parseTimestamp(element);
+    case Identifier::RGBALayout:
+        return parseRGBALayout(element);
+    case Identifier::J2KPictureComponent:
+        return parsePictureComponent(element);
+    case Identifier::J2KCodingStyleDefault:
+        return parseCodingStyle(element);
+    case Identifier::J2KQuantisationDefault:
+        return parseQuantisation(element);
+    default:
+        return nullptr;
+    }
+}
+
+ValuePtr parseUTF16(const WString& text) {
+    for (const char16_t c : text) {
+        if (!isBlank(c)) {
+            return std::make_unique<Types::UTF16>(c);
+        }
+    }
+    return nullptr;
+}
+
+ValuePtr parseUMID64(const xercesc::DOMNode& node, const WString& text) {
+    const XMLCh* localName = node.getLocalName();
+    if (localName == nullptr) {
+        localName = node.getNodeName();
+    }
+    if (text.size() == basicUMIDTextLength && WString(localName) == extendedClipID) {
+        return std::make_unique<Types::UMID64>(text + zeroSourcePack, Types::DottedHex);
+    }
+    return std::make_unique<Types::UMID64>(text, Types::DottedHex);
+}
+
+/// Numbers, kept at their width.
+ValuePtr parseNumber(const WString& text, Identifier type) {
+    const std::uint64_t bits = FromXMLValueParser::readDecimal(text);
+    switch (type) {
+    case Identifier::Int8:
+        return std::make_unique<Types::Int8>(static_cast<std::int8_t>(bits));
+    case Identifier::Int16:
+        return std::make_unique<Types::Int16>(static_cast<std::int16_t>(bits));
+    case Identifier::Int32:
+        return std::make_unique<Types::Int32>(static_cast<std::int32_t>(bits));
+    case Identifier::Int64:
+        return std::make_unique<Types::Int64>(static_cast<std::int64_t>(bits));
+    case Identifier::Length:
+        return std::make_unique<Types::Length>(static_cast<std::int64_t>(bits));
+    case Identifier::Position:
+        return std::make_unique<Types::Position>(static_cast<std::int64_t>(bits));
+    case Identifier::UInt8:
+        return std::make_unique<Types::UInt8>(static_cast<std::uint8_t>(bits));
+    case Identifier::UInt16:
+        return std::make_unique<Types::UInt16>(static_cast<std::uint16_t>(bits));
+    case Identifier::UInt32:
+        return std::make_unique<Types::UInt32>(static_cast<std::uint32_t>(bits));
+    case Identifier::UInt64:
+        return std::make_unique<Types::UInt64>(bits);
+    case Identifier::Orientation:
+        return std::make_unique<Types::Orientation>(static_cast<std::uint8_t>(bits));
+    case Identifier::SignalStandard:
+        return std::make_unique<Types::SignalStandard>(static_cast<std::uint8_t>(bits));
+    case Identifier::VersionType: {
+        const auto number = static_cast<std::uint32_t>(bits);
+        return std::make_unique<Types::VersionType>(static_cast<std::uint8_t>(number >> 8U),
+                                                    static_cast<std::uint8_t>(number));
+    }
+    default:
+        return nullptr;
+    }
+}
+
+/// Values written as the node's text.
+ValuePtr parseText(const xercesc::DOMNode& node, const WString& text, Identifier type) {
+    switch (type) {
+    case Identifier::Boolean:
+        return std::make_unique<Types::Boolean>(text != u"0");
+    case Identifier::DataStream:
+        return std::make_unique<Types::DataStream>(FromXMLValueParser::readHex(text));
+    case Identifier::Unknown:
+        return std::make_unique<Types::Unknown>(KLV::Value(FromXMLValueParser::readHex(text)));
+    case Identifier::ISO7String:
+        return std::make_unique<Types::ISO7String>(Utils::wstringToString(text));
+    case Identifier::UTF16String:
+        return std::make_unique<Types::UTF16String>(text);
+    case Identifier::UTF16:
+        return parseUTF16(text);
+    case Identifier::UMID32:
+        return std::make_unique<Types::UMID32>(text, Types::DottedHex);
+    case Identifier::UMID64:
+        return parseUMID64(node, text);
+    case Identifier::UniversalLabel:
+        return std::make_unique<Types::UniversalLabel>(text, Types::DottedHex);
+    case Identifier::UUID:
+        return std::make_unique<Types::UUID>(text, Types::DottedHex);
+    default:
+        return parseNumber(text, type);
+    }
+}
+
+bool isCompound(Identifier type) {
+    return type == Identifier::ProductVersion || type == Identifier::Rational ||
+           type == Identifier::Timestamp || type == Identifier::RGBALayout ||
+           type == Identifier::J2KPictureComponent || type == Identifier::J2KCodingStyleDefault ||
+           type == Identifier::J2KQuantisationDefault;
+}
+
+} // namespace
+
+ValuePtr FromXMLValueParser::parse(xercesc::DOMNode& node, Identifier type) {
+    const bool element = node.getNodeType() == xercesc::DOMNode::ELEMENT_NODE;
+    if (element && node.getFirstChild() == nullptr) {
+        return nullptr;
+    }
+    if (isCompound(type)) {
+        return parseCompound(element ? static_cast<xercesc::DOMElement*>(&node) : nullptr, type);
+    }
+    return parseText(node, NodeSelector::text(node), type);
+}
+
+std::vector<std::uint8_t> FromXMLValueParser::readHex(const WString& text) {
+    if (text.size() % 2 != 0) {
+        throw Exceptions::InvalidFormat(std::string("Value has invalid Length"), sourceName, 110);
+    }
+    std::vector<std::uint8_t> bytes;
+    bytes.reserve(text.size() / 2);
+    for (std::size_t i = 0; i < text.size(); i += 2) {
+        const int high = hexDigit(text[i]);
+        const int low = hexDigit(text[i + 1]);
+        if (high < 0 || low < 0) {
+            throw Exceptions::InvalidFormat(
+                std::string("Value contains non Hexadecimal characters"), sourceName, 117);
+        }
+        bytes.push_back(static_cast<std::uint8_t>(high * 16 + low));
+    }
+    return bytes;
+}
+
+std::uint64_t FromXMLValueParser::readDecimal(const WString& text) noexcept {
+    std::size_t i = 0;
+    while (i < text.size() && isBlank(text[i])) {
+        ++i;
+    }
+    bool negative = false;
+    if (i < text.size() && (text[i] == u'+' || text[i] == u'-')) {
+        negative = text[i] == u'-';
+        ++i;
+    }
+    std::uint64_t value = 0;
+    for (; i < text.size() && text[i] >= u'0' && text[i] <= u'9'; ++i) {
+        value = value * 10U + static_cast<std::uint64_t>(text[i] - u'0');
+    }
+    return negative ? ~value + 1U : value;
+}
+
+WString FromXMLValueParser::readChildText(xercesc::DOMElement& parent, const WString& prefix,
+                                          const WString& localName) {
+    const xercesc::DOMElement* child = NodeSelector::firstChild(parent, prefix, localName);
+    return child != nullptr ? NodeSelector::text(*child) : WString();
+}
+
+} // namespace Vellum::XMLBuilder

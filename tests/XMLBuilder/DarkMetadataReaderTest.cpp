@@ -1,0 +1,122 @@
+#include "Vellum/XMLBuilder/DarkMetadataReader.h"
+
+#include "XMLBuilder/ImportTestSupport.h"
+
+#include "Vellum/Exceptions/InvalidFormat.h"
+#include "Vellum/Exceptions/InvalidLength.h"
+#include "Vellum/Metadata/DarkMetadataSet.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+using namespace Vellum;
+
+const std::string keyText = "06.0e.2b.34.01.02.01.01.0D.01.03.01.15.01.05.01";
+
+std::string darkElement(const std::string& attributes, const std::string& value) {
+    return R"(<r xmlns:groups="urn:SMPTE:Groups:MXF"><x:Anything xmlns:x="urn:any" )" + attributes +
+           ">" + value + "</x:Anything></r>";
+}
+
+std::string both(const std::string& octets) {
+    return R"(groups:Key=")" + keyText + R"(" groups:BEROctetCount=")" + octets + R"(")";
+}
+
+// Reads the dark element into a fresh partition; returns it with its one dark set.
+std::unique_ptr<Metadata::PartitionMetadata> read(const std::string& xml) {
+    auto partition = VellumTest::emptyPartition();
+    const VellumTest::ParsedXML parsed(xml);
+    XMLBuilder::DarkMetadataReader::read(parsed.first(), *partition);
+    return partition;
+}
+
+TEST(DarkMetadataReader, ReadsKeyOctetCountAndValue) {
+    const auto partition = read(darkElement(both("4"), "0A1b"));
+    ASSERT_EQ(partition->darkCount(), 1U);
+    const Metadata::DarkMetadataSet& dark = **partition->darkBegin();
+    EXPECT_EQ(dark.key().toUtf8(), "06.0E.2B.34.01.02.01.01.0D.01.03.01.15.01.05.01");
+    EXPECT_EQ(dark.berLength(), 4);
+    ASSERT_EQ(dark.value()->size(), 2U);
+    EXPECT_EQ(dark.value()->begin()[0], 0x0A);
+    EXPECT_EQ(dark.value()->begin()[1], 0x1B);
+}
+
+TEST(DarkMetadataReader, EmptyTextGivesAnEmptyValue) {
+    const auto partition = read(darkElement(both("1"), ""));
+    ASSERT_EQ(partition->darkCount(), 1U);
+    EXPECT_EQ((*partition->darkBegin())->value()->size(), 0U);
+}
+
+TEST(DarkMetadataReader, OctetCountIsCutToEightBits) {
+    EXPECT_EQ((*read(darkElement(both("260"), "00"))->darkBegin())->berLength(), 4);
+    // No number reads as 0 octets, which no BER length has.
+    EXPECT_THROW(read(darkElement(both("x"), "00")), Exceptions::InvalidLength);
+    // 128 bytes do not fit the 7 bits of a one-octet length.
+    EXPECT_THROW(read(darkElement(both("1"), std::string(256, 'F'))), Exceptions::InvalidLength);
+}
+
+struct ErrorCase {
+    const char* name;
+    std::string xml;
+    std::string message;
+    const char* source; // nullptr: the source is not fixed
+    unsigned line;
+};
+
+const ErrorCase errorCases[] = {
+    {"OddLength", darkElement(both("4"), "ABC"),
+     "DarkMetadataSet with key='" + keyText + "' value has invalid Length",
+     "Vellum/XMLBuilder/XML2Partition", 89},
+    {"NonHexadecimal", darkElement(both("4"), "0G"),
+     "DarkMetadataSet with key='" + keyText + "' value contains non Hexadecimal characters",
+     "Vellum/XMLBuilder/XML2Partition", 99},
+    {"BlankInside", darkElement(both("4"), "0a 1"),
+     "DarkMetadataSet with key='" + keyText + "' value contains non Hexadecimal characters",
+     "Vellum/XMLBuilder/XML2Partition", 99},
+    {"MissingKey", darkElement(R"(groups:BEROctetCount="4")", "00"),
+     "the dark metadata element x:Anything has no groups:Key attribute", nullptr, 0},
+    {"MissingOctetCount", darkElement(R"(groups:Key=")" + keyText + R"(")", "00"),
+     "the dark metadata element x:Anything has no groups:BEROctetCount attribute", nullptr, 0},
+    {"KeyWithOtherPrefix",
+     darkElement(R"(g:Key=")" + keyText +
+                     R"(" groups:BEROctetCount="4" xmlns:g="urn:SMPTE:Groups:MXF")",
+                 "00"),
+     "the dark metadata element x:Anything has no groups:Key attribute", nullptr, 0},
+};
+
+class DarkMetadataErrors : public ::testing::TestWithParam<ErrorCase> {};
+
+TEST_P(DarkMetadataErrors, ThrowInvalidFormatAndAddNothing) {
+    const ErrorCase& c = GetParam();
+    auto partition = VellumTest::emptyPartition();
+    const VellumTest::ParsedXML parsed(c.xml);
+    try {
+        XMLBuilder::DarkMetadataReader::read(parsed.first(), *partition);
+        FAIL() << "no exception";
+    } catch (const Exceptions::InvalidFormat& error) {
+        EXPECT_EQ(error.utf8Message(), c.message);
+        if (c.source != nullptr) {
+            EXPECT_EQ(error.sourceName(), c.source);
+            EXPECT_EQ(error.line(), c.line);
+        }
+    }
+    EXPECT_EQ(partition->darkCount(), 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, DarkMetadataErrors, ::testing::ValuesIn(errorCases),
+                         [](const auto& p) { return std::string(p.param.name); });
+
+TEST(DarkMetadataReader, MalformedKeyFailsBeforeTheValueIsChecked) {
+    try {
+        read(darkElement(R"(groups:Key="06.0E" groups:BEROctetCount="4")", "ABC"));
+        FAIL() << "no exception";
+    } catch (const Exceptions::InvalidFormat& error) {
+        EXPECT_NE(error.utf8Message().find("06.0E"), std::string::npos) << error.utf8Message();
+        EXPECT_EQ(error.utf8Message().find("value has invalid Length"), std::string::npos);
+    }
+}
+
+} // namespace

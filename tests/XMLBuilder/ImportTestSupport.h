@@ -1,0 +1,92 @@
+#ifndef VELLUM_TESTS_XMLBUILDER_IMPORTTESTSUPPORT_H
+#define VELLUM_TESTS_XMLBUILDER_IMPORTTESTSUPPORT_H
+
+#include "Vellum/MetaMetadata/Dictionary.h"
+#include "Vellum/Metadata/PartitionMetadata.h"
+#include "Vellum/Templates/Templates.h"
+#include "Vellum/Types/UniversalLabel.h"
+#include "Vellum/XMLUtils/XercesPtr.h"
+
+#include <xercesc/dom/DOMElement.hpp>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace VellumTest {
+
+/// Instance identifiers of a document (the values of rp210:InstanceUID and
+/// types:TargetInstance) by order of first appearance anywhere in it.
+struct IdentifierOrder {
+    std::map<std::string, std::size_t> index;
+    std::vector<std::string> inOrder;
+};
+
+/// The identifiers of `xml` in order of first appearance.
+IdentifierOrder identifierOrder(const std::string& xml);
+
+/// `xml` with every instance identifier (and every bare 47-character UUID text equal to one)
+/// replaced by "#<order of first appearance>".
+std::string normalizeIdentifiers(const std::string& xml);
+
+/// The document text of `partition`'s export, as UTF-8.
+std::string exportText(Vellum::Metadata::PartitionMetadata& partition, bool typedReferences);
+
+/// A new empty partition over the built-in dictionary.
+std::unique_ptr<Vellum::Metadata::PartitionMetadata> emptyPartition();
+
+/// `partition` written as KLV and read back.
+std::unique_ptr<Vellum::Metadata::PartitionMetadata>
+serializedAndReadBack(Vellum::Metadata::PartitionMetadata& partition);
+
+/// A canonical text of every set of `partition`, keyed by its identifier's order in `order`:
+/// the set's key and, per element (by label, invalid ones by position), its value; strings by
+/// their text without NUL terminators, instance identifiers and references through `order`.
+std::map<std::string, std::string>
+canonicalSets(const Vellum::Metadata::PartitionMetadata& partition, const IdentifierOrder& order);
+
+/// The built-in dictionary plus the test set "probe:ImportProbe" (namespace urn:vellum:probe,
+/// key probeKey) whose elements cover the collection and reference kinds: Names (batch of
+/// ISO7String), Titles (array of UTF16String), Counts (array of UInt16), Blobs (batch of
+/// DataStream), Components (array of J2KPictureComponent), Children (strong reference array),
+/// Child (strong reference), Friend (weak reference) and Note (UTF16String).
+Vellum::Templates::SharedPtr<Vellum::MetaMetadata::Dictionary> probeDictionary();
+extern const char16_t* const probeKey;
+/// The label of the ImportProbe element `name` (Names, Titles, Counts, Blobs, Components,
+/// Children, Child, Friend, Note).
+Vellum::Types::UniversalLabel probeLabel(const std::string& name);
+
+/// A document whose root (s377m:MetadataSets) declares the s377m, rp210, types, s422mTypes,
+/// groups and probe namespaces, holding `body`.
+std::string document(const std::string& body);
+
+/// Imports `document(body)` (UTF-8 bytes) into `partition`.
+Vellum::Templates::list<Vellum::Metadata::MetadataSet*>
+importBody(const std::string& body, Vellum::Metadata::PartitionMetadata& partition);
+
+/// An XML text parsed into a DOM, kept alive with its parser.
+class ParsedXML {
+public:
+    explicit ParsedXML(const std::string& xml);
+    xercesc::DOMElement& root() const;
+    /// The first element child of the root.
+    xercesc::DOMElement& first() const;
+
+private:
+    Vellum::XMLUtils::ParserPtr m_parser;
+    Vellum::XMLUtils::DocumentPtr m_document;
+};
+
+/// The element of `set` with `label`, as `T`.
+template <class T>
+T& elementOf(const Vellum::Metadata::MetadataSet& set, const Vellum::Types::UniversalLabel& label) {
+    return dynamic_cast<T&>(*set.findElement(label));
+}
+
+/// Label text to label.
+Vellum::Types::UniversalLabel label(const char16_t* text);
+
+} // namespace VellumTest
+
+#endif

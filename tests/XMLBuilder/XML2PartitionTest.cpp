@@ -1,0 +1,266 @@
+#include "Vellum/XMLBuilder/XML2Partition.h"
+
+#include "Support/TempDir.h"
+#include "XMLBuilder/ImportTestSupport.h"
+
+#include "Vellum/Exceptions/BaseException.h"
+#include "Vellum/Exceptions/InvalidFormat.h"
+#include "Vellum/Exceptions/ParseError.h"
+#include "Vellum/Metadata/SimpleElement.h"
+#include "Vellum/Types/UTF16String.h"
+#include "Vellum/Utils/StringConversion.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+using namespace Vellum;
+using VellumTest::importBody;
+
+const auto prefaceKey =
+    KLV::Key(u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.2F.00", Types::DottedHex);
+const auto identificationKey =
+    KLV::Key(u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.30.00", Types::DottedHex);
+const auto companyName = VellumTest::label(u"06.0E.2B.34.01.01.01.02.05.20.07.01.02.01.00.00");
+const std::string darkKey = "06.0E.2B.34.01.02.01.01.0D.01.03.01.15.01.05.01";
+
+std::unique_ptr<Metadata::PartitionMetadata> probePartition() {
+    return std::make_unique<Metadata::PartitionMetadata>(VellumTest::probeDictionary());
+}
+
+std::string darkSet(const std::string& name = "groups:DarkMetadata") {
+    return "<" + name + R"( groups:Key=")" + darkKey + R"(" groups:BEROctetCount="4">0A</)" + name +
+           ">";
+}
+
+WString companyNameOf(const Metadata::MetadataSet& set) {
+    const auto* value = VellumTest::elementOf<Metadata::SimpleElement>(set, companyName).value();
+    return value != nullptr ? static_cast<const Types::UTF16String*>(value)->value() : u"(none)";
+}
+
+TEST(XML2Partition, NullPartitionIsInvalidFormatInEveryEntry) {
+    const std::string xml = VellumTest::document("");
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(xml.data());
+    const auto size = static_cast<std::uint32_t>(xml.size());
+    EXPECT_THROW(XML2Partition::getPartitionMetadataFromBuffer(bytes, size, nullptr),
+                 Exceptions::InvalidFormat);
+    EXPECT_THROW(XML2Partition::getPartitionMetadataFromString(u"<a/>", nullptr),
+                 Exceptions::InvalidFormat);
+    EXPECT_THROW(XML2Partition::getPartitionMetadataFromFile(u"/nonexistent.xml", nullptr),
+                 Exceptions::InvalidFormat);
+    auto partition = VellumTest::emptyPartition();
+    EXPECT_THROW(XML2Partition::getPartitionMetadataFromBuffer(nullptr, 5, partition.get()),
+                 Exceptions::InvalidFormat);
+}
+
+TEST(XML2Partition, RootWithoutElementsGivesNothing) {
+    auto partition = VellumTest::emptyPartition();
+    EXPECT_TRUE(importBody("text only<!-- and a comment -->", *partition).empty());
+    EXPECT_TRUE(partition->sets().empty());
+    EXPECT_EQ(partition->darkCount(), 0U);
+}
+
+TEST(XML2Partition, TopLevelSetsAreKnownByLocalNameAndUnknownOnesSkipped) {
+    auto partition = VellumTest::emptyPartition();
+    const auto sets = importBody(
+        R"(<s377m:Preface/><x:Unheard xmlns:x="urn:x"><s377m:Identification/></x:Unheard>)"
+        R"(<x:Identification xmlns:x="urn:elsewhere"/><Identification/>)",
+        *partition);
+    ASSERT_EQ(sets.size(), 3U);
+    EXPECT_EQ(sets.front()->key(), prefaceKey);
+    EXPECT_EQ((*std::next(sets.begin()))->key(), identificationKey);
+    EXPECT_EQ(sets.back()->key(), identificationKey);
+    EXPECT_EQ(partition->sets().size(), 3U) << "the set inside the unknown element is not read";
+}
+
+TEST(XML2Partition, FloatingDarkMetadataHoldsSetsAndDarkSets) {
+    auto partition = VellumTest::emptyPartition();
+    const auto sets = importBody(
+        "<s377m:Preface/><groups:FloatingDarkMetadata>" + darkSet() + "<s377m:Identification/>" +
+            darkSet("groups:FloatingDarkMetadata") + "</groups:FloatingDarkMetadata>",
+        *partition);
+    ASSERT_EQ(sets.size(), 2U);
+    EXPECT_EQ(sets.back()->key(), identificationKey);
+    EXPECT_EQ(partition->darkCount(), 2U) << "a nested container is read as a dark set";
+}
+
+TEST(XML2Partition, FloatingContainerNeedsThePrefixGroups) {
+    auto partition = VellumTest::emptyPartition();
+    const auto sets = importBody(R"(<g:FloatingDarkMetadata xmlns:g="urn:SMPTE:Groups:MXF">)" +
+                                     darkSet() + "</g:FloatingDarkMetadata>",
+                                 *partition);
+    EXPECT_TRUE(sets.empty());
+    EXPECT_EQ(partition->darkCount(), 0U);
+}
+
+TEST(XML2Partition, SetsMadeBeforeAFailureStayInThePartition) {
+    auto partition = probePartition();
+    try {
+        importBody("<s377m:Preface/><s377m:Identification/><probe:ImportProbe><probe:Blobs>"
+                   "<probe:Element>ABC</probe:Element></probe:Blobs></"
+                   "probe:ImportProbe><s377m:Identification/>",
+                   *partition);
+        FAIL() << "the third set holds a bad value";
+    } catch (const Exceptions::InvalidFormat& error) {
+        EXPECT_EQ(error.utf8Message(), "Value has invalid Length");
+    }
+    EXPECT_EQ(partition->sets().size(), 3U);
+}
+
+TEST(XML2Partition, MalformedDocumentIsATranslatedParseErrorBeforeAnySet) {
+    auto partition = VellumTest::emptyPartition();
+    try {
+        importBody("<s377m:Preface><s377m:Identification></s377m:Preface>", *partition);
+        FAIL() << "the document is malformed";
+    } catch (const Exceptions::ParseError& error) {
+        EXPECT_EQ(error.utf8Message().rfind("xercesc_3_2::SAXException: ", 0), 0U)
+            << error.utf8Message();
+        EXPECT_EQ(error.sourceName(), "Vellum/XMLUtils/Utils");
+        EXPECT_EQ(error.line(), 207U);
+    }
+    EXPECT_TRUE(partition->sets().empty());
+}
+
+std::string nested(std::size_t levels) {
+    std::string xml;
+    for (std::size_t i = 0; i < levels; ++i) {
+        xml += i % 2 == 0 ? "<probe:ImportProbe>" : "<probe:Child>";
+    }
+    for (std::size_t i = levels; i-- > 0;) {
+        xml += i % 2 == 0 ? "</probe:ImportProbe>" : "</probe:Child>";
+    }
+    return xml;
+}
+
+struct FailureCase {
+    const char* name;
+    std::string xml; // a whole document
+    const char* kind;
+    std::string fragment;
+};
+
+const std::string withoutTypes =
+    R"(<s377m:MetadataSets xmlns:s377m="urn:SMPTE:S377M"><s377m:Identification><s377m:ModificationDate>)"
+    R"(<t:Second xmlns:t="urn:SMPTE:Types:MXF">1</t:Second></s377m:ModificationDate></s377m:Identification>)"
+    R"(</s377m:MetadataSets>)";
+
+const FailureCase failureCases[] = {
+    {"Malformed", "<s377m:MetadataSets", "ParseError", "xercesc_3_2::SAXException: "},
+    {"UnboundValuePrefix", withoutTypes, "ParseError",
+     "DOMException:: attempt is made to create or change an object in a way which is incorrect "
+     "with respect to "
+     "namespaces(14)"},
+    {"BadHexValue",
+     VellumTest::document("<probe:ImportProbe><probe:Blobs><probe:Element>0G</probe:Element>"
+                          "</probe:Blobs></probe:ImportProbe>"),
+     "InvalidFormat", "Value contains non Hexadecimal characters"},
+    {"DifferingItemSizes",
+     VellumTest::document("<probe:ImportProbe><probe:Names><probe:Element>abc</probe:Element>"
+                          "<probe:Element>abcd</probe:Element></probe:Names></probe:ImportProbe>"),
+     "InvalidLength", "elements with different sizes."},
+    {"HundredThousandLevels", VellumTest::document(nested(100000)), "ParseError",
+     "nest more than 10000 levels"},
+    {"InlineSetsTooDeep", VellumTest::document(nested(2 * 1002 - 1)), "ParseError",
+     "sets written inline nest more than 1000 levels deep at probe:ImportProbe"},
+    {"BillionLaughs",
+     R"(<?xml version="1.0"?><!DOCTYPE r [<!ENTITY a "aaaaaaaaaa"><!ENTITY b "&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;">)"
+     R"(<!ENTITY c "&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;"><!ENTITY d "&c;&c;&c;&c;&c;&c;&c;&c;&c;&c;">]><r>&d;</r>)",
+     "ParseError", ""},
+    {"ExternalEntity",
+     R"(<?xml version="1.0"?><!DOCTYPE r [<!ENTITY x SYSTEM "file:///etc/passwd">]><r>&x;</r>)",
+     "ParseError", ""},
+    {"UnidentifiedExtensionElement",
+     VellumTest::document(
+         "<s377m:Preface><groups:ExtensionElements><groups:DarkElement>00</groups:DarkElement>"
+         "</groups:ExtensionElements></s377m:Preface>"),
+     "ParseError", "the extension element groups:DarkElement has neither"},
+    {"DarkSetWithoutKey",
+     VellumTest::document(
+         R"(<groups:FloatingDarkMetadata><groups:DarkMetadata groups:BEROctetCount="4"/>)"
+         "</groups:FloatingDarkMetadata>"),
+     "InvalidFormat", "has no groups:Key attribute"},
+};
+
+class ImportFailures : public ::testing::TestWithParam<FailureCase> {};
+
+TEST_P(ImportFailures, ReachTheCallerAsToolkitExceptions) {
+    const FailureCase& c = GetParam();
+    auto partition = probePartition();
+    try {
+        XML2Partition::getPartitionMetadataFromBuffer(
+            reinterpret_cast<const std::uint8_t*>(c.xml.data()),
+            static_cast<std::uint32_t>(c.xml.size()), partition.get());
+        FAIL() << "no exception";
+    } catch (const Exceptions::BaseException& error) {
+        EXPECT_STREQ(error.kindName(), c.kind) << error.utf8Message();
+        EXPECT_NE(error.utf8Message().find(c.fragment), std::string::npos) << error.utf8Message();
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, ImportFailures, ::testing::ValuesIn(failureCases),
+                         [](const auto& p) { return std::string(p.param.name); });
+
+TEST(XML2Partition, InlineSetsMayNestAThousandLevels) {
+    auto partition = probePartition();
+    const auto sets = importBody(nested(2 * 1001 - 1), *partition);
+    EXPECT_EQ(sets.size(), 1U);
+    EXPECT_EQ(partition->sets().size(), 1001U);
+}
+
+struct TextCase {
+    const char* name;
+    std::u16string prologue;
+};
+
+const TextCase textCases[] = {
+    {"DeclaresUTF8", u"<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"no\" ?>\n"},
+    {"DeclaresLatin1InSingleQuotes", u"<?xml version='1.0' encoding = 'ISO-8859-1'?>"},
+    {"DeclaresUTF16", u"<?xml version=\"1.0\" encoding=\"UTF-16\"?>"},
+    {"DeclaresNoEncoding", u"<?xml version=\"1.0\"?>"},
+    {"DeclaresAnEmptyEncoding", u"<?xml version=\"1.0\" encoding=\"\"?>"},
+    {"StylesheetIsNoDeclaration", u"<?xml-stylesheet type=\"text/xsl\" href=\"encoding='x'\"?>"},
+    {"NoDeclaration", u""},
+    {"NoDeclarationLeadingBlanks", u"\n  "},
+    {"ByteOrderMark", u"\uFEFF<?xml version=\"1.0\" encoding=\"UTF-8\"?>"},
+};
+
+class StringEntry : public ::testing::TestWithParam<TextCase> {};
+
+TEST_P(StringEntry, ReadsTheTextAsTheUTF16ItIs) {
+    const std::u16string name = u"\u00DCn\u00EFc\u00F8d\u00E9 \u2713 \U0001D11E \u4E2D";
+    const std::u16string text =
+        GetParam().prologue +
+        u"<s377m:MetadataSets xmlns:s377m=\"urn:SMPTE:S377M\"><s377m:Identification>"
+        u"<s377m:CompanyName>" +
+        name +
+        u"</s377m:CompanyName></s377m:Identification>"
+        u"</s377m:MetadataSets>";
+    auto partition = VellumTest::emptyPartition();
+    const auto sets = XML2Partition::getPartitionMetadataFromString(text, partition.get());
+    ASSERT_EQ(sets.size(), 1U);
+    EXPECT_EQ(companyNameOf(*sets.front()), name);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, StringEntry, ::testing::ValuesIn(textCases),
+                         [](const auto& p) { return std::string(p.param.name); });
+
+TEST(XML2Partition, FileEntryReadsTheFileAndReportsAMissingOne) {
+    const VellumTest::TempDir directory;
+    const std::string xml =
+        VellumTest::document("<s377m:Identification><s377m:CompanyName>Vellum</s377m:CompanyName>"
+                             "</s377m:Identification>");
+    const std::string path =
+        directory.write("doc.xml", std::vector<std::uint8_t>(xml.begin(), xml.end()));
+    auto partition = VellumTest::emptyPartition();
+    const auto sets = XML2Partition::getPartitionMetadataFromFile(
+        Utils::stringToWstring(path.c_str()).c_str(), partition.get());
+    ASSERT_EQ(sets.size(), 1U);
+    EXPECT_EQ(companyNameOf(*sets.front()), u"Vellum");
+    const WString missing = Utils::stringToWstring(directory.file("missing.xml").c_str());
+    EXPECT_THROW(XML2Partition::getPartitionMetadataFromFile(missing.c_str(), partition.get()),
+                 Exceptions::ParseError);
+}
+
+} // namespace
