@@ -2,11 +2,13 @@
 
 #include "BuildInfo.h"
 #include "Command.h"
+#include "FromXmlCommand.h"
 #include "HeaderCommand.h"
 #include "HelpCommand.h"
 #include "InfoCommand.h"
 #include "KlvCommand.h"
 #include "SetsCommand.h"
+#include "ToXmlCommand.h"
 #include "UsageError.h"
 #include "VersionCommand.h"
 
@@ -22,6 +24,8 @@ Application::Application() {
     m_commands.push_back(std::make_unique<InfoCommand>());
     m_commands.push_back(std::make_unique<SetsCommand>());
     m_commands.push_back(std::make_unique<HeaderCommand>());
+    m_commands.push_back(std::make_unique<ToXmlCommand>());
+    m_commands.push_back(std::make_unique<FromXmlCommand>());
 }
 
 Application::~Application() = default;
@@ -47,7 +51,8 @@ int Application::run(const std::vector<std::string>& arguments, std::ostream& ou
 }
 
 void Application::printUsage(std::ostream& out) const {
-    out << "vellum " << BuildInfo::programVersion << ": inspects MXF files\n\n"
+    out << "vellum " << BuildInfo::programVersion
+        << ": inspects MXF files and converts their header metadata to and from XML\n\n"
         << "usage: " << synopsis() << "\n\ncommands:\n";
     std::size_t width = 0;
     for (const auto& command : m_commands) {

@@ -1,13 +1,11 @@
 #include "PartitionInput.h"
 
 #include "ArgumentParser.h"
+#include "ErrorPrefix.h"
 
 #include "Vellum/DataIO/File/FileDataSource.h"
+#include "Vellum/Exceptions/BaseException.h"
 #include "Vellum/Exceptions/IOError.h"
-#include "Vellum/Exceptions/InvalidFormat.h"
-#include "Vellum/Exceptions/InvalidLength.h"
-#include "Vellum/Exceptions/NotFoundInPrimer.h"
-#include "Vellum/Exceptions/ParseError.h"
 #include "Vellum/Exceptions/Throw.h"
 #include "Vellum/MXF/MXFFile.h"
 #include "Vellum/MetaMetadata/Dictionary.h"
@@ -18,28 +16,9 @@
 #include <utility>
 
 namespace Vellum::App {
-namespace {
 
-// Rethrows the exception being handled with `prefix` before its message, keeping its kind,
-// so that the one-line error names what was being read.
-[[noreturn]] void rethrowWithPrefix(const Exceptions::BaseException& error,
-                                    const std::string& prefix) {
-    const std::string text = prefix + error.utf8Message();
-    switch (error.kind()) {
-    case Exceptions::ExceptionKind::InvalidLength:
-        VELLUM_THROW(InvalidLength, text);
-    case Exceptions::ExceptionKind::IOError:
-        VELLUM_THROW(IOError, text);
-    case Exceptions::ExceptionKind::NotFoundInPrimer:
-        VELLUM_THROW(NotFoundInPrimer, text);
-    case Exceptions::ExceptionKind::ParseError:
-        VELLUM_THROW(ParseError, text);
-    default:
-        VELLUM_THROW(InvalidFormat, text);
-    }
-}
-
-Templates::SharedPtr<MetaMetadata::Dictionary> loadDictionary(const ArgumentParser& arguments) {
+Templates::SharedPtr<MetaMetadata::Dictionary>
+PartitionInput::loadDictionary(const ArgumentParser& arguments) {
     auto dictionary = MetaMetadata::Dictionary::builtIn();
     for (const std::string& path : arguments.values("dictionary")) {
         std::error_code ignored;
@@ -49,13 +28,11 @@ Templates::SharedPtr<MetaMetadata::Dictionary> loadDictionary(const ArgumentPars
         try {
             dictionary->loadFile(path);
         } catch (const Exceptions::BaseException& error) {
-            rethrowWithPrefix(error, "dictionary: ");
+            ErrorPrefix::rethrow(error, "dictionary: ");
         }
     }
     return dictionary;
 }
-
-} // namespace
 
 void PartitionInput::declareOptions(ArgumentParser& parser) {
     parser.addValueOption("partition");
@@ -83,7 +60,7 @@ PartitionInput::PartitionInput(const ArgumentParser& arguments) {
         m_file = std::make_unique<MXF::MXFFile>(*m_source);
         m_partition = &m_file->choosePartition(which);
     } catch (const Exceptions::BaseException& error) {
-        rethrowWithPrefix(error, "'" + m_path + "': ");
+        ErrorPrefix::rethrow(error, "'" + m_path + "': ");
     }
     m_partitionIndex = static_cast<std::size_t>(m_partition - m_file->partitions().data());
 }
@@ -103,7 +80,7 @@ PartitionInput::HeaderMetadata PartitionInput::readMetadata() const {
         result.partition = Metadata::PartitionMetadata::read(
             {bytes.bytes.data(), bytes.bytes.size()}, bytes.offset, m_dictionary);
     } catch (const Exceptions::BaseException& error) {
-        rethrowWithPrefix(error, "'" + m_path + "': ");
+        ErrorPrefix::rethrow(error, "'" + m_path + "': ");
     }
     return result;
 }

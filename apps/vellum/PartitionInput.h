@@ -48,6 +48,11 @@ public:
     static void declareOptions(ArgumentParser& parser);
     /// The help lines of those options.
     static std::string optionHelp();
+    /// The built-in dictionary extended by every "--dictionary" file, in order; a new
+    /// dictionary the caller shares. Throws IOError for a file that cannot be read or is a
+    /// directory, and InvalidFormat for a faulty one; messages start with "dictionary".
+    static Templates::SharedPtr<MetaMetadata::Dictionary>
+    loadDictionary(const ArgumentParser& arguments);
 
     /// Builds the dictionary (built-in, then every "--dictionary" file in order), opens the
     /// one positional argument FILE, finds its partitions and chooses the one "--partition"

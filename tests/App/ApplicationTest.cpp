@@ -23,8 +23,8 @@ TEST_F(Application, EveryWayOfAskingForTheUsageListsTheCommands) {
         EXPECT_EQ(run.exitCode, 0);
         EXPECT_EQ(run.err, "");
         EXPECT_NE(run.out.find("usage: vellum COMMAND"), std::string::npos) << run.out;
-        for (const char* command :
-             {"\n  help ", "\n  version ", "\n  klv ", "\n  info ", "\n  sets ", "\n  header "}) {
+        for (const char* command : {"\n  help ", "\n  version ", "\n  klv ", "\n  info ",
+                                    "\n  sets ", "\n  header ", "\n  to-xml ", "\n  from-xml "}) {
             EXPECT_NE(run.out.find(command), std::string::npos) << command;
         }
     }
@@ -62,8 +62,20 @@ TEST_F(Application, EachCommandHasItsOwnHelp) {
         EXPECT_NE(help.find("--partition P"), std::string::npos) << command;
         EXPECT_NE(help.find("--dictionary FILE"), std::string::npos) << command;
     }
-    EXPECT_NE(runVellum({"header", "--help"}, m_dir).out.find("-o, --output OUT"),
-              std::string::npos);
+    for (const char* command : {"header", "to-xml", "from-xml"}) {
+        EXPECT_NE(runVellum({command, "--help"}, m_dir).out.find("-o, --output OUT"),
+                  std::string::npos)
+            << command;
+    }
+    for (const char* command : {"to-xml", "from-xml"}) {
+        const std::string help = runVellum({command, "--help"}, m_dir).out;
+        for (const char* option :
+             {"--typed-references", "--structural-only", "--encoding E", "--compact"}) {
+            EXPECT_NE(help.find(option), std::string::npos) << command << " " << option;
+        }
+    }
+    EXPECT_NE(runVellum({"to-xml", "--help"}, m_dir).out.find("--partition P"), std::string::npos);
+    EXPECT_NE(runVellum({"from-xml", "--help"}, m_dir).out.find("--xml "), std::string::npos);
 }
 
 TEST_F(Application, VersionNamesTheProjectVersion) {
