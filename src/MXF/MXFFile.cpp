@@ -15,7 +15,7 @@ namespace Vellum::MXF {
 namespace {
 
 // No real partition pack comes near this; a larger claim is a damaged length field.
-constexpr std::uint64_t maxPackSize = 16U * 1024U * 1024U;
+constexpr std::uint64_t maxPackSize = std::uint64_t{16} * 1024 * 1024;
 
 // The first 13 bytes of every partition pack key (byte 8, the version, excepted).
 bool startsPartitionKey(const std::uint8_t* p) {

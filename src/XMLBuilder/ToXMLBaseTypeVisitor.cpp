@@ -85,7 +85,7 @@ enum Name : std::size_t {
 
 struct QualifiedName {
     XMLUtils::UnicodeString name;
-    const XMLUtils::UnicodeString* namespaceName;
+    const XMLUtils::UnicodeString* namespaceName = nullptr;
 };
 
 const std::array<QualifiedName, NameCount>& names() {

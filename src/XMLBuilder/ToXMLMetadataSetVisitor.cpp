@@ -1,6 +1,5 @@
 #include "Vellum/XMLBuilder/ToXMLMetadataSetVisitor.h"
 
-#include "Vellum/KLV/KeyClassification.h"
 #include "Vellum/MetaMetadata/AbstractMetaAttribute.h"
 #include "Vellum/MetaMetadata/MetaMetadataSet.h"
 #include "Vellum/Metadata/DarkParsedGroup.h"
@@ -84,8 +83,7 @@ void ToXMLMetadataSetVisitor::writeElements(const Metadata::MetadataSet& set,
     };
     std::stable_sort(valid.begin(), valid.end(), byKey);
 
-    const bool structural = KLV::isStructuralMetadataSet(set.key());
-    ToXMLElementVisitor writer(setElement, structural, m_context);
+    ToXMLElementVisitor writer(setElement, m_context);
     for (const auto* range : {&invalid, &valid}) {
         for (const OrderEntry& entry : *range) {
             entry.element->accept(writer);

@@ -30,12 +30,9 @@ class ToXMLMetaAttributeVisitor;
 /// written.
 class VELLUM_XMLBUILDER_EXPORT ToXMLElementVisitor : public Metadata::Visitors::ElementVisitor {
 public:
-    /// `setElement` is the element of the set being written; `setIsStructural` whether that
-    /// set is structural metadata. All borrowed.
-    ToXMLElementVisitor(xercesc::DOMElement& setElement, bool setIsStructural,
-                        const WriterContext& context) noexcept
+    /// `setElement` is the element of the set being written. All borrowed.
+    ToXMLElementVisitor(xercesc::DOMElement& setElement, const WriterContext& context) noexcept
         : m_setElement(setElement)
-        , m_setIsStructural(setIsStructural)
         , m_context(context) {}
     ~ToXMLElementVisitor() override;
 
@@ -67,7 +64,6 @@ private:
                            const Metadata::PartitionMetadata::SetList& targets) const;
 
     xercesc::DOMElement& m_setElement;
-    bool m_setIsStructural;
     WriterContext m_context;
 };
 

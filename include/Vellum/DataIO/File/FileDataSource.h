@@ -15,7 +15,8 @@ namespace Vellum::DataIO::File {
 class VELLUM_CORE_EXPORT FileDataSource : public DataSource {
 public:
     /// Opens `path` (UTF-8) for reading.
-    explicit FileDataSource(const std::string& path, std::size_t bufferSize = 64 * 1024);
+    explicit FileDataSource(const std::string& path,
+                            std::size_t bufferSize = std::size_t{64} * 1024);
     ~FileDataSource() override;
 
     std::uint64_t remaining() const override { return m_size - position(); }
