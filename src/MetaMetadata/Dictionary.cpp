@@ -16,7 +16,7 @@ namespace {
 
 // A dictionary file is a few hundred kilobytes; this bound only stops a wrong path from
 // loading something huge.
-constexpr std::uint64_t maxFileSize = 64U * 1024U * 1024U;
+constexpr std::uint64_t maxFileSize = std::uint64_t{64} * 1024 * 1024;
 
 const char* const builtInSourceName = "vellum-dictionary.txt (built in)";
 

@@ -51,7 +51,7 @@ public:
             nothing, 0, systemId == nullptr ? u"" : systemId, false);
         // The parser releases the returned input, which deletes the source it adopted.
         auto input = std::make_unique<xercesc::Wrapper4InputSource>(source.get(), true);
-        source.release();
+        static_cast<void>(source.release()); // now owned by the wrapper
         return input.release();
     }
 };
