@@ -99,6 +99,9 @@ std::string describeKey(const KLV::Key& key) {
     if (KLV::isLocalSet(key)) {
         return "local set";
     }
+    if (!key.isSMPTELabel()) {
+        return "non-SMPTE key";
+    }
     return {};
 }
 

@@ -1,7 +1,6 @@
 #include "Vellum/KLV/TripletReader.h"
 
 #include "Vellum/DataIO/DataSource.h"
-#include "Vellum/Exceptions/InvalidFormat.h"
 #include "Vellum/Exceptions/InvalidLength.h"
 #include "Vellum/Exceptions/Throw.h"
 
@@ -26,11 +25,9 @@ std::optional<Triplet> TripletReader::next() {
     }
     Triplet triplet;
     triplet.offset = m_source.position();
+    // Any 16 bytes are a key: some writers use AUID-style keys (first byte 0x80) inside
+    // header metadata. Only a broken length stops the walk.
     triplet.key = Key::read(m_source);
-    if (!triplet.key.isSMPTELabel()) {
-        VELLUM_THROW(InvalidFormat, "the bytes at offset " + std::to_string(triplet.offset) +
-                                        " are not a SMPTE key (" + triplet.key.toUtf8() + ")");
-    }
     triplet.length = BERLength::read(m_source);
     const std::uint64_t left = m_source.remaining();
     if (triplet.length.value() > left) {

@@ -89,19 +89,22 @@ void HeaderMetadataReader::readSet(const KLV::Triplet& triplet, DataIO::Slice va
         const std::uint64_t itemOffset = items.position();
         items.require(berLengths ? 3 : 4, "local set item header");
         const Types::LocalTag tag(items.readUInt16());
-        const KLV::BERLength length =
-            berLengths ? KLV::BERLength::read(items) : KLV::BERLength(items.readUInt16(), 2);
-        if (length.value() > items.remaining()) {
-            VELLUM_THROW(InvalidLength,
-                         "the item with local tag " + Utils::wstringToString(tag.toString()) +
-                             " at " + at(itemOffset) + " claims " + std::to_string(length.value()) +
-                             " bytes, but its set (key " + triplet.key.toUtf8() + " at " +
-                             at(triplet.offset) + ") has only " +
-                             std::to_string(items.remaining()) + " left");
+        // A 2-byte item length is a plain 16-bit count, not a BER form.
+        const std::uint64_t length =
+            berLengths ? KLV::BERLength::read(items).value() : items.readUInt16();
+        const std::uint8_t lengthOctets =
+            berLengths ? static_cast<std::uint8_t>(items.position() - itemOffset - 2) : 0;
+        if (length > items.remaining()) {
+            VELLUM_THROW(InvalidLength, "the item with local tag " +
+                                            Utils::wstringToString(tag.toString()) + " at " +
+                                            at(itemOffset) + " claims " + std::to_string(length) +
+                                            " bytes, but its set (key " + triplet.key.toUtf8() +
+                                            " at " + at(triplet.offset) + ") has only " +
+                                            std::to_string(items.remaining()) + " left");
         }
-        Element& element = placeItem(*set, tag, items.take(length.value()));
+        Element& element = placeItem(*set, tag, items.take(length));
         element.setLocalTag(tag);
-        element.setLengthOctets(berLengths ? length.octets() : 0);
+        element.setLengthOctets(lengthOctets);
         set->markStored(element);
     }
     m_partition.adoptSet(std::move(set));

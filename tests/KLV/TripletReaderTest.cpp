@@ -45,6 +45,20 @@ TEST(TripletReader, WalksConsecutiveTriplets) {
     EXPECT_EQ(offsets, (std::vector<std::uint64_t>{10, 30, 50}));
 }
 
+TEST(TripletReader, TakesAnyKeyWhoseLengthFits) {
+    // AUID-style keys (first byte 0x80) as some editing systems write them.
+    Bytes data(16, 0x80);
+    data.push_back(0x02);
+    data.insert(data.end(), {0x01, 0x02});
+    MemoryDataSource source(data.data(), data.size());
+    TripletReader reader(source);
+    const auto t = reader.next();
+    ASSERT_TRUE(t);
+    EXPECT_FALSE(t->key.isSMPTELabel());
+    EXPECT_EQ(t->length.value(), 2U);
+    EXPECT_FALSE(reader.next());
+}
+
 TEST(TripletReader, LeavesTheSourceAtTheValue) {
     const Bytes data = triplet({0x02}, 2);
     MemoryDataSource source(data.data(), data.size());
@@ -89,8 +103,8 @@ INSTANTIATE_TEST_SUITE_P(
                              "key needs 16 bytes at offset 0"},
                       Broken{"hugeLength", triplet({0x88, 0x10, 0, 0, 0, 0, 0, 0, 0}, 8), false,
                              "claims 1152921504606846976 bytes"},
-                      Broken{"notAKey", concat({triplet({0x00}, 0), Bytes(20, 0x20)}), true,
-                             "the bytes at offset 17 are not a SMPTE key"}),
+                      Broken{"garbageAfterATriplet", concat({triplet({0x00}, 0), Bytes(20, 0x20)}),
+                             false, "triplet at offset 17 claims 32 bytes, but only 3 remain"}),
     [](const auto& p) { return p.param.name; });
 
 } // namespace

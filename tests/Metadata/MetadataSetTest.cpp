@@ -157,13 +157,14 @@ TEST(MetadataSet, UnknownSetsAndOtherTripletsAreKeptDark) {
     append(bytes, klv(privateSetKey, item(0x3C0A, uuid(0x22))));
     append(bytes, klv(fillKey, Bytes(7, 0)));
     append(bytes, klv(otherKey, {1, 2, 3, 4}));
+    append(bytes, klv(Bytes(16, 0x80), {5, 6})); // an AUID-style key, as editing systems write
     auto partition = PartitionMetadata::read({bytes.data(), bytes.size()}, 0,
                                              MetaMetadata::Dictionary::builtIn());
     ASSERT_EQ(partition->sets().size(), 1U);
     EXPECT_NE(dynamic_cast<const Metadata::DarkParsedGroup*>(partition->sets()[0]), nullptr);
     ASSERT_NE(partition->sets()[0]->instanceUID(), nullptr)
         << "known items of a dark group stay typed";
-    EXPECT_EQ(partition->darkCount(), 1U);
+    EXPECT_EQ(partition->darkCount(), 2U);
     EXPECT_EQ((*partition->darkBegin())->value()->size(), 4U);
     EXPECT_EQ(write(*partition), bytes);
 }
@@ -185,6 +186,36 @@ TEST(MetadataSet, BERCodedItemLengthsWriteBack) {
     ASSERT_NE(version, nullptr);
     EXPECT_EQ(version->minor(), 2);
     EXPECT_EQ(write(*partition), bytes);
+}
+
+// A set whose length field has `octets` octets (1 = short form).
+Bytes setWithLengthOctets(const Bytes& key, const Bytes& items, int octets) {
+    Bytes out = key;
+    if (octets == 1) {
+        out.push_back(static_cast<std::uint8_t>(items.size()));
+    } else {
+        out.push_back(static_cast<std::uint8_t>(0x80 + octets - 1));
+        put(out, items.size(), octets - 1);
+    }
+    append(out, items);
+    return out;
+}
+
+TEST(MetadataSet, StoredLengthFormsWriteBackExactly) {
+    // Item lengths of 2 bytes hold any count up to 65535 (an item of 600 bytes once failed as
+    // a "2-octet BER length"); set lengths keep their short, minimal or padded form.
+    Bytes longName = item(0x3C01, Bytes(600, 0x41));
+    Bytes shortItems = item(0x3C0A, uuid(0x44));
+    for (const int octets : {1, 2, 4, 9}) {
+        const Bytes& items = octets <= 2 ? shortItems : longName;
+        Bytes bytes = primer({{0x3C0A, instanceUIDLabel}});
+        append(bytes, setWithLengthOctets(identificationKey, items, octets));
+        auto partition = PartitionMetadata::read({bytes.data(), bytes.size()}, 0,
+                                                 MetaMetadata::Dictionary::builtIn());
+        ASSERT_EQ(partition->sets().size(), 1U) << octets;
+        EXPECT_EQ(partition->sets()[0]->invalidCount(), 0U) << octets;
+        EXPECT_EQ(write(*partition), bytes) << octets;
+    }
 }
 
 TEST(MetadataSet, SerializationOrderPutsUnreachedSetsLast) {

@@ -21,9 +21,10 @@ public:
     /// Borrows `source`, which must outlive the reader.
     explicit TripletReader(DataIO::DataSource& source) noexcept;
 
-    /// The next triplet, or nothing at the end of the source. Throws InvalidFormat if the bytes
-    /// at the position are not a SMPTE key or hold a bad length, and InvalidLength if the key,
-    /// the length or the value runs past the end; messages name the offset.
+    /// The next triplet, or nothing at the end of the source. Any 16 bytes are taken as a key
+    /// (callers classify it). Throws InvalidFormat for a BER length MXF does not allow, and
+    /// InvalidLength if the key, the length or the value runs past the end; messages name the
+    /// offset.
     std::optional<Triplet> next();
 
     /// Moves the source past the value of the triplet `next()` last returned.
