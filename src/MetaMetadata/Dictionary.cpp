@@ -1,8 +1,10 @@
 #include "Vellum/MetaMetadata/Dictionary.h"
 
+#include "MetaMetadata/BuiltInDictionaryTables.h"
 #include "MetaMetadata/BuiltInDictionaryText.h"
 #include "MetaMetadata/DictionaryBuilder.h"
 #include "MetaMetadata/DictionaryParser.h"
+#include "MetaMetadata/DictionaryTableLoader.h"
 
 #include "Vellum/DataIO/File/FileDataSource.h"
 #include "Vellum/Exceptions/InvalidLength.h"
@@ -18,8 +20,6 @@ namespace {
 // loading something huge.
 constexpr std::uint64_t maxFileSize = std::uint64_t{64} * 1024 * 1024;
 
-const char* const builtInSourceName = "vellum-dictionary.txt (built in)";
-
 } // namespace
 
 Dictionary::Dictionary() = default;
@@ -28,7 +28,9 @@ Dictionary::~Dictionary() = default;
 
 Templates::SharedPtr<Dictionary> Dictionary::builtIn() {
     auto dictionary = std::make_shared<Dictionary>();
-    dictionary->loadText(builtInDictionaryText(), builtInSourceName);
+    dictionary->m_builtIn =
+        std::make_unique<DictionaryTableLoader>(*dictionary, BuiltInTables::tables());
+    dictionary->m_builtIn->load();
     return dictionary;
 }
 
@@ -51,6 +53,10 @@ void Dictionary::loadFile(const std::string& path) {
 void Dictionary::loadText(std::string_view text, const std::string& sourceName) {
     DictionaryParser parser(text, sourceName);
     parser.parse();
+    // The builder checks and extends complete element tables and indexes.
+    if (m_builtIn != nullptr) {
+        m_builtIn->materializeAll();
+    }
     DictionaryBuilder(*this, parser).build();
 }
 
@@ -74,12 +80,32 @@ const MetaMetadataSet* Dictionary::findSetByName(const WString& name) const noex
     return found == m_setsByName.end() ? nullptr : found->second;
 }
 
-const MetaElement* Dictionary::findElement(const Types::UniversalLabel& ul) const noexcept {
+Dictionary::ElementMap::const_iterator Dictionary::metaElementBegin() const {
+    if (m_builtIn != nullptr) {
+        m_builtIn->materializeAll();
+    }
+    return m_elements.begin();
+}
+
+Dictionary::ElementMap::const_iterator Dictionary::metaElementEnd() const {
+    if (m_builtIn != nullptr) {
+        m_builtIn->materializeAll();
+    }
+    return m_elements.end();
+}
+
+const MetaElement* Dictionary::findElement(const Types::UniversalLabel& ul) const {
+    if (m_builtIn != nullptr && !m_builtIn->complete()) {
+        return m_builtIn->findElement(ul);
+    }
     const auto found = m_elementsByBaseLabel.find(DictionaryBuilder::baseLabel(ul));
     return found == m_elementsByBaseLabel.end() ? nullptr : found->second;
 }
 
-const MetaElement* Dictionary::findElementByStaticTag(std::uint16_t tag) const noexcept {
+const MetaElement* Dictionary::findElementByStaticTag(std::uint16_t tag) const {
+    if (m_builtIn != nullptr && !m_builtIn->complete()) {
+        return m_builtIn->findElementByStaticTag(tag);
+    }
     const auto found = m_elementsByTag.find(tag);
     return found == m_elementsByTag.end() ? nullptr : found->second;
 }

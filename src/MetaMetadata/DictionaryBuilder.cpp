@@ -574,7 +574,7 @@ void DictionaryBuilder::commit() {
     for (NewElement& entry : m_newElements) {
         const MetaElement& element = *entry.element;
         entry.set->m_ownedElements.push_back(std::move(entry.element));
-        indexElement(element);
+        indexElement(m_dictionary, element);
     }
     m_dictionary.m_elementDefinitionCount += m_newElements.size();
     for (auto& [set, tables] : m_resolver.tables()) {
@@ -585,18 +585,18 @@ void DictionaryBuilder::commit() {
     }
 }
 
-void DictionaryBuilder::indexElement(const MetaElement& element) {
+void DictionaryBuilder::indexElement(Dictionary& dictionary, const MetaElement& element) {
     const auto [entry, added] =
-        m_dictionary.m_elementsByBaseLabel.emplace(baseLabel(element.ul()), &element);
+        dictionary.m_elementsByBaseLabel.emplace(baseLabel(element.ul()), &element);
     if (added) {
-        m_dictionary.m_elements.emplace(element.ul(), &element);
+        dictionary.m_elements.emplace(element.ul(), &element);
     } else if (preference(element) > preference(*entry->second)) {
         entry->second = &element;
-        m_dictionary.m_elements[element.ul()] = &element;
+        dictionary.m_elements[element.ul()] = &element;
     }
     if (element.definition().staticLocalTag) {
         const auto [tag, tagAdded] =
-            m_dictionary.m_elementsByTag.emplace(*element.definition().staticLocalTag, &element);
+            dictionary.m_elementsByTag.emplace(*element.definition().staticLocalTag, &element);
         if (!tagAdded && preference(element) > preference(*tag->second)) {
             tag->second = &element;
         }

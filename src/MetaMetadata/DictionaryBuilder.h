@@ -39,6 +39,8 @@ public:
     static KLV::Key baseKey(const KLV::Key& key) noexcept;
     /// `ul` with byte 8 (the registry version) set to zero.
     static Types::UniversalLabel baseLabel(const Types::UniversalLabel& ul) noexcept;
+    /// Adds an element that has joined its set to the dictionary's label and tag indexes.
+    static void indexElement(Dictionary& dictionary, const MetaElement& element);
 
 private:
     using SetRecord = DictionaryParser::SetRecord;
@@ -90,7 +92,6 @@ private:
     unsigned lineOf(const MetaElement* first, const MetaElement* second) const;
 
     void commit();
-    void indexElement(const MetaElement& element);
 
     Dictionary& m_dictionary;
     const DictionaryParser& m_parsed;

@@ -1,5 +1,7 @@
 #include "Vellum/MetaMetadata/MetaMetadataSet.h"
 
+#include "MetaMetadata/DictionaryTableLoader.h"
+
 #include "Vellum/MetaMetadata/MetaAttribute.h"
 #include "Vellum/MetaMetadata/MetaElement.h"
 
@@ -47,7 +49,29 @@ const WString* MetaMetadataSet::property(const WString& propertyName) const noex
     return nullptr;
 }
 
-const MetaElement* MetaMetadataSet::findElement(const Types::UniversalLabel& ul) const noexcept {
+void MetaMetadataSet::materialize() const {
+    if (!m_materialized.load(std::memory_order_acquire)) {
+        m_loader->materialize(*this);
+    }
+}
+
+const MetaMetadataSet::ElementMap& MetaMetadataSet::elements() const {
+    materialize();
+    return m_elements;
+}
+
+const MetaMetadataSet::ElementList& MetaMetadataSet::elementsBySchemaIndex() const {
+    materialize();
+    return m_bySchemaIndex;
+}
+
+const MetaMetadataSet::ElementList& MetaMetadataSet::ownElements() const {
+    materialize();
+    return m_ownElements;
+}
+
+const MetaElement* MetaMetadataSet::findElement(const Types::UniversalLabel& ul) const {
+    materialize();
     const auto exact = m_elements.find(ul);
     if (exact != m_elements.end()) {
         return exact->second;
@@ -62,7 +86,8 @@ const MetaElement* MetaMetadataSet::findElement(const Types::UniversalLabel& ul)
     return nullptr;
 }
 
-const MetaElement* MetaMetadataSet::findElementByTag(std::uint16_t tag) const noexcept {
+const MetaElement* MetaMetadataSet::findElementByTag(std::uint16_t tag) const {
+    materialize();
     const auto found = std::lower_bound(
         m_byTag.begin(), m_byTag.end(), tag,
         [](const auto& entry, std::uint16_t value) { return entry.first < value; });

@@ -2,9 +2,11 @@ target_sources(Vellum_Core PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/AbstractMetaAttribute.cpp
     ${CMAKE_CURRENT_LIST_DIR}/AbstractMetaAttributeVisitor.cpp
     ${CMAKE_CURRENT_LIST_DIR}/AttributeRequiredStatus.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/BuiltInDictionaryTables.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Dictionary.cpp
     ${CMAKE_CURRENT_LIST_DIR}/DictionaryBuilder.cpp
     ${CMAKE_CURRENT_LIST_DIR}/DictionaryParser.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/DictionaryTableLoader.cpp
     ${CMAKE_CURRENT_LIST_DIR}/MetaAttribute.cpp
     ${CMAKE_CURRENT_LIST_DIR}/MetaCollectionElement.cpp
     ${CMAKE_CURRENT_LIST_DIR}/MetaElement.cpp

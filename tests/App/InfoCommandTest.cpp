@@ -91,12 +91,12 @@ Bytes withPrivateSet() {
     const Bytes timecode = {0x06, 0x0E, 0x2B, 0x34, 0x02, 0x53, 0x01, 0x01,
                             0x0D, 0x01, 0x01, 0x01, 0x01, 0x01, 0x14, 0x00};
     Bytes changed = timecode;
-    changed[14] = 0x7F;
+    changed[14] = 0xF0;
     VellumTest::replaceFirst(bytes, timecode, changed);
     return bytes;
 }
 
-const char* const privateKey = "06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.7F.00";
+const char* const privateKey = "06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.F0.00";
 
 TEST_F(Info, AUserDictionaryNamesAnUnknownSet) {
     const std::string file = m_dir.write("private.mxf", withPrivateSet());

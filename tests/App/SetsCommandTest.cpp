@@ -87,7 +87,7 @@ TEST_F(Sets, AReferenceToNoSetIsDanglingAndAnUnknownSetIsListed) {
     const Bytes timecode = {0x06, 0x0E, 0x2B, 0x34, 0x02, 0x53, 0x01, 0x01,
                             0x0D, 0x01, 0x01, 0x01, 0x01, 0x01, 0x14, 0x00};
     Bytes unknown = timecode;
-    unknown[14] = 0x7F;
+    unknown[14] = 0xF0;
     VellumTest::replaceFirst(bytes, timecode, unknown);
 
     const auto run = runVellum({"sets", m_dir.write("changed.mxf", bytes)}, m_dir);
@@ -108,7 +108,7 @@ TEST_F(Sets, AReferenceToNoSetIsDanglingAndAnUnknownSetIsListed) {
     EXPECT_EQ(sets[2].name, "ContentStorage");
     EXPECT_EQ(sets[2].uid, "AD.AB.44.24.2F.25.4D.C7.92.FF.00.0D.00.00.00.77");
     EXPECT_EQ(sets[6].name, "(unknown)");
-    EXPECT_EQ(sets[6].key, "06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.7F.00");
+    EXPECT_EQ(sets[6].key, "06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.F0.00");
     ASSERT_EQ(sets[5].references.size(), 1U);
     EXPECT_EQ(sets[5].references[0].target, "unknown set");
 }

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <stdexcept>
 #include <string>
 
@@ -37,17 +38,22 @@ const auto instanceUID = u"06.0E.2B.34.01.01.01.01.01.01.15.02.00.00.00.00";
 
 struct SetMapping {
     const char16_t* set;
+    const char16_t* key;
+    const char16_t* parent; // empty: a root set
     const char16_t* prefix;
     const char16_t* uri;
     bool abstract;
     bool structural;
 };
 
-class SetXmlMapping : public ::testing::TestWithParam<SetMapping> {};
+class SetDefinition : public ::testing::TestWithParam<SetMapping> {};
 
-TEST_P(SetXmlMapping, FollowsTheDefiningStandard) {
+TEST_P(SetDefinition, HasItsKeyParentAndXmlName) {
     const SetMapping& c = GetParam();
     const MetaMetadataSet& s = set(c.set);
+    EXPECT_EQ(s.key(), KLV::Key(WString(c.key), Types::DottedHex));
+    EXPECT_EQ(dictionary().findSet(s.key()), &s);
+    EXPECT_EQ(s.parent() == nullptr ? WString() : s.parent()->name(), c.parent);
     ASSERT_NE(s.property(u"XMLTagName"), nullptr);
     EXPECT_EQ(*s.property(u"XMLTagName"), c.set);
     EXPECT_EQ(*s.property(u"XMLDefaultPrefix"), c.prefix);
@@ -58,21 +64,66 @@ TEST_P(SetXmlMapping, FollowsTheDefiningStandard) {
     EXPECT_EQ(s.property(u"xmltagname"), nullptr);
 }
 
+constexpr auto s377 = u"urn:SMPTE:S377M";
+
+// The first rows are sets the reference tables list, whose usual MXF names and namespaces
+// stay as they were (CDCIEssenceDescriptor, not the register's CDCIDescriptor); the others
+// come from the registers alone.
 INSTANTIATE_TEST_SUITE_P(
-    BuiltIn, SetXmlMapping,
+    BuiltIn, SetDefinition,
     ::testing::Values(
-        SetMapping{u"Preface", u"s377m", u"urn:SMPTE:S377M", false, true},
-        SetMapping{u"InterchangeObject", u"s377m", u"urn:SMPTE:S377M", true, true},
-        SetMapping{u"CDCIEssenceDescriptor", u"s377m", u"urn:SMPTE:S377M", false, true},
-        SetMapping{u"MPEG2VideoDescriptor", u"s381m", u"urn:SMPTE:S381M", false, true},
-        SetMapping{u"WAVEPCMDescriptor", u"s382m", u"urn:SMPTE:S382M", false, true},
-        SetMapping{u"JPEG2000PictureSubDescriptor", u"s422m", u"urn:SMPTE:S422M", false, true},
-        SetMapping{u"ANCDataDescriptor", u"s436m", u"urn:SMPTE:S436M", false, true},
-        SetMapping{u"AudioChannelLabelSubDescriptor", u"s377-4m", u"urn:SMPTE:S377-4M", false,
+        SetMapping{u"Preface", u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.2F.00",
+                   u"InterchangeObject", u"s377m", s377, false, true},
+        SetMapping{u"InterchangeObject", u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.01.00", u"",
+                   u"s377m", s377, true, true},
+        SetMapping{u"CDCIEssenceDescriptor", u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.28.00",
+                   u"GenericPictureEssenceDescriptor", u"s377m", s377, false, true},
+        SetMapping{u"MPEG2VideoDescriptor", u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.51.00",
+                   u"CDCIEssenceDescriptor", u"s381m", u"urn:SMPTE:S381M", false, true},
+        SetMapping{u"WAVEPCMDescriptor", u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.48.00",
+                   u"GenericSoundEssenceDescriptor", u"s382m", u"urn:SMPTE:S382M", false, true},
+        SetMapping{u"JPEG2000PictureSubDescriptor",
+                   u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.5A.00", u"SubDescriptor", u"s422m",
+                   u"urn:SMPTE:S422M", false, true},
+        SetMapping{u"ANCDataDescriptor", u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.5C.00",
+                   u"GenericDataEssenceDescriptor", u"s436m", u"urn:SMPTE:S436M", false, true},
+        SetMapping{u"AudioChannelLabelSubDescriptor",
+                   u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.6B.00", u"MCALabelSubDescriptor",
+                   u"s377-4m", u"urn:SMPTE:S377-4M", false, true},
+        SetMapping{u"DMSegment", u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.41.00",
+                   u"StructuralComponent", u"s377m", s377, false, true},
+        SetMapping{u"DMFramework", u"06.0E.2B.34.02.53.01.01.0D.01.04.01.00.00.00.00",
+                   u"InterchangeObject", u"s377m", s377, true, false},
+        SetMapping{u"ProductionFramework", u"06.0E.2B.34.02.53.01.01.0D.01.04.01.01.01.01.00",
+                   u"ProductionClipFramework", u"dms1", u"urn:SMPTE:DMS1", false, false},
+        SetMapping{u"IABEssenceDescriptor", u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.7B.00",
+                   u"GenericSoundEssenceDescriptor", u"s2067-201m", u"urn:SMPTE:S2067-201M", false,
                    true},
-        SetMapping{u"DMSegment", u"s377m", u"urn:SMPTE:S377M", false, true},
-        SetMapping{u"DMFramework", u"s377m", u"urn:SMPTE:S377M", true, false},
-        SetMapping{u"ProductionFramework", u"dms1", u"urn:SMPTE:DMS1", false, false}),
+        SetMapping{u"IABSoundfieldLabelSubDescriptor",
+                   u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.7C.00", u"MCALabelSubDescriptor",
+                   u"s2067-201m", u"urn:SMPTE:S2067-201M", false, true},
+        SetMapping{u"MGASoundfieldGroupLabelSubDescriptor",
+                   u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.81.08",
+                   u"SoundfieldGroupLabelSubDescriptor", u"s2127m", u"urn:SMPTE:S2127M", false,
+                   true},
+        SetMapping{u"ISXDDataEssenceDescriptor", u"06.0E.2B.34.02.53.01.05.0E.09.05.02.00.00.00.00",
+                   u"GenericDataEssenceDescriptor", u"s2067-202m", u"urn:SMPTE:S2067-202M", false,
+                   true},
+        SetMapping{u"PHDRMetadataTrackSubDescriptor",
+                   u"06.0E.2B.34.02.53.01.05.0E.09.06.07.01.01.01.03", u"SubDescriptor", u"rdd56",
+                   u"urn:SMPTE:RDD56", false, true},
+        SetMapping{u"AS11CoreFramework", u"06.0E.2B.34.02.53.01.01.0D.01.07.01.0B.01.01.00",
+                   u"DMFramework", u"as11", u"urn:AMWA:AS-11", false, false},
+        SetMapping{u"UKDPPFramework", u"06.0E.2B.34.02.53.01.01.0D.0C.01.01.01.01.00.00",
+                   u"DMFramework", u"ukdpp", u"urn:DPP:UKDPP", false, false},
+        SetMapping{u"TextBasedFramework", u"06.0E.2B.34.02.53.01.01.0D.01.04.01.04.01.01.00",
+                   u"DMFramework", u"rp2057", u"urn:SMPTE:RP2057", false, false},
+        SetMapping{u"ClassDefinition", u"06.0E.2B.34.02.53.01.01.0D.01.01.01.02.01.00.00",
+                   u"MetaDefinition", u"s377-2m", u"urn:SMPTE:S377-2M", false, false},
+        SetMapping{u"MetaDictionary", u"06.0E.2B.34.02.53.01.01.0D.01.01.01.02.25.00.00", u"",
+                   u"aaf", u"urn:AAF:ObjectSpecification", false, false},
+        SetMapping{u"TapeDescriptor", u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.2E.00",
+                   u"GenericDescriptor", u"aaf", u"urn:AAF:ObjectSpecification", false, true}),
     [](const auto& p) { return Utils::wstringToString(WString(p.param.set)); });
 
 TEST(MetaMetadataSet, InheritsEveryParentElementParentFirst) {
@@ -105,6 +156,42 @@ TEST(MetaMetadataSet, InheritsEveryParentElementParentFirst) {
     EXPECT_EQ(ordered.back()->definingSet().name(), u"CDCIEssenceDescriptor");
     EXPECT_EQ(ordered.back()->schemaIndex(), 400 + ordered.back()->order());
 }
+
+struct InheritedCase {
+    const char16_t* set;
+    const char16_t* ancestor;
+    const char16_t* ul;
+};
+
+class InheritedElement : public ::testing::TestWithParam<InheritedCase> {};
+
+TEST_P(InheritedElement, ResolvesToTheAncestorsDefinition) {
+    const InheritedCase& c = GetParam();
+    const MetaElement* own = set(c.ancestor).findElement(label(c.ul));
+    ASSERT_NE(own, nullptr);
+    EXPECT_EQ(&own->definingSet(), &set(c.ancestor));
+    EXPECT_EQ(set(c.set).findElement(label(c.ul)), own);
+    EXPECT_EQ(set(c.set).attribute(label(c.ul)), own->attribute());
+    const auto& ordered = set(c.set).elementsBySchemaIndex();
+    EXPECT_NE(std::find(ordered.begin(), ordered.end(), own), ordered.end());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    RegisterSets, InheritedElement,
+    ::testing::Values(InheritedCase{u"IABEssenceDescriptor", u"GenericSoundEssenceDescriptor",
+                                    u"06.0E.2B.34.01.01.01.05.04.02.01.01.04.00.00.00"},
+                      InheritedCase{u"IABSoundfieldLabelSubDescriptor", u"MCALabelSubDescriptor",
+                                    u"06.0E.2B.34.01.01.01.0E.01.03.07.01.02.00.00.00"},
+                      InheritedCase{u"IABSoundfieldLabelSubDescriptor", u"InterchangeObject",
+                                    instanceUID},
+                      InheritedCase{u"ISXDDataEssenceDescriptor", u"GenericDataEssenceDescriptor",
+                                    u"06.0E.2B.34.01.01.01.03.04.03.03.02.00.00.00.00"},
+                      InheritedCase{u"AS11CoreFramework", u"DMFramework",
+                                    u"06.0E.2B.34.01.01.01.0C.05.20.07.01.0C.00.00.00"},
+                      InheritedCase{u"ClassDefinition", u"MetaDefinition", instanceUID}),
+    [](const auto& p) {
+        return Utils::wstringToString(WString(p.param.set) + u"From" + p.param.ancestor);
+    });
 
 TEST(MetaMetadataSet, EverySetHasItsParentsElementsAndSchemaIndexRule) {
     const Dictionary& d = dictionary();

@@ -11,16 +11,21 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 
 namespace Vellum::MetaMetadata {
 
+class DictionaryTableLoader;
+
 /// The meta-dictionary: every set, pack and element definition the toolkit knows, with the
 /// XML mapping of each.
 ///
-/// `builtIn()` gives the definitions compiled into the library (the sets of MXF header
-/// metadata, its packs, the common descriptors and DMS-1). `loadFile` and `loadText` add a
+/// `builtIn()` gives the definitions compiled into the library: every local set of the SMPTE
+/// Metadata Registers with its elements (the sets of MXF header metadata, descriptors and
+/// sub-descriptors, descriptive schemes, the AAF meta-dictionary ...), the partition, primer
+/// and random index packs, and the Avid private elements. `loadFile` and `loadText` add a
 /// user dictionary on top: private or newer sets, and elements added to existing sets. The
 /// file format is described in docs/dictionary-format.md.
 ///
@@ -43,10 +48,12 @@ public:
     ~Dictionary();
 
     /// A new dictionary holding the compiled-in definitions. Each call builds a fresh one,
-    /// owned by the caller, which may extend it. Throws only if the compiled-in text were
-    /// faulty (InvalidFormat) or memory runs out.
+    /// owned by the caller, which may extend it. It is built from compiled-in tables, not by
+    /// parsing text: the sets at once, each set's elements when first used. Throws only if
+    /// the compiled-in tables were faulty (InvalidFormat) or memory runs out.
     static Templates::SharedPtr<Dictionary> builtIn();
-    /// The compiled-in dictionary text (the data file the library was built with).
+    /// The compiled-in dictionary text (the data file the library was built with); loading
+    /// it into an empty dictionary gives the same definitions as `builtIn()`.
     static std::string_view builtInText();
 
     /// Adds the definitions of the dictionary file at `path` (UTF-8). Throws IOError if the
@@ -72,8 +79,9 @@ public:
     std::size_t setDefinitionCount() const noexcept { return m_setsByName.size(); }
 
     /// One element definition per label, in label order (see `findElement` for which one).
-    ElementMap::const_iterator metaElementBegin() const noexcept { return m_elements.begin(); }
-    ElementMap::const_iterator metaElementEnd() const noexcept { return m_elements.end(); }
+    /// The first call on the built-in dictionary makes every element definition.
+    ElementMap::const_iterator metaElementBegin() const;
+    ElementMap::const_iterator metaElementEnd() const;
     /// Every element definition of every set and pack; a label that several sets define
     /// counts once per set.
     std::size_t elementDefinitionCount() const noexcept { return m_elementDefinitionCount; }
@@ -87,13 +95,14 @@ public:
     /// The definition of the element with this label (byte 8 ignored), or nullptr. Where
     /// several sets define the label, a local set is preferred to a pack, a definition with
     /// a static local tag to one without, and then the one loaded first.
-    const MetaElement* findElement(const Types::UniversalLabel& ul) const noexcept;
+    const MetaElement* findElement(const Types::UniversalLabel& ul) const;
     /// The definition of the element with this static local tag (as `findElement`), or
     /// nullptr.
-    const MetaElement* findElementByStaticTag(std::uint16_t tag) const noexcept;
+    const MetaElement* findElementByStaticTag(std::uint16_t tag) const;
 
 private:
     friend class DictionaryBuilder;
+    friend class DictionaryTableLoader;
 
     SetMap m_sets;
     SetMap m_packs;
@@ -106,6 +115,10 @@ private:
     ElementMap m_elementsByBaseLabel;
     std::map<std::uint16_t, const MetaElement*> m_elementsByTag;
     std::size_t m_elementDefinitionCount = 0;
+    /// The built-in definitions whose elements are made on first use; nullptr for a
+    /// dictionary that did not start from them. Until it is complete, element look-ups go
+    /// through it instead of the three element maps above.
+    std::unique_ptr<DictionaryTableLoader> m_builtIn;
 };
 
 } // namespace Vellum::MetaMetadata

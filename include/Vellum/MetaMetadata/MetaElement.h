@@ -103,6 +103,7 @@ public:
 
 private:
     friend class DictionaryBuilder;
+    friend class DictionaryTableLoader;
 
     Definition m_definition;
     std::optional<Types::LocalTag> m_localTag;

@@ -6,6 +6,7 @@
 #include "Vellum/Templates/Templates.h"
 #include "Vellum/Types/UniversalLabel.h"
 
+#include <atomic>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -15,16 +16,18 @@
 
 namespace Vellum::MetaMetadata {
 
+class DictionaryTableLoader;
 class MetaAttribute;
 class MetaElement;
 
 /// The dictionary's definition of one set (or pack): key, name, parent, flags, XML mapping
 /// and every element it has, its own and the inherited ones.
 ///
-/// Inheritance is resolved when the dictionary is built: a CDCIEssenceDescriptor lists the
-/// elements of GenericPictureEssenceDescriptor, FileDescriptor, GenericDescriptor and
-/// InterchangeObject as well. Owned by the `Dictionary`; pointers to it stay valid as long as
-/// the dictionary lives, while loading more definitions may change its element tables.
+/// Inheritance is resolved by the dictionary: a CDCIEssenceDescriptor lists the elements of
+/// GenericPictureEssenceDescriptor, FileDescriptor, GenericDescriptor and InterchangeObject as
+/// well. The built-in sets make their elements on first use of any element accessor, which is
+/// safe from several threads at once. Owned by the `Dictionary`; pointers to it stay valid as
+/// long as the dictionary lives, while loading more definitions may change its element tables.
 class VELLUM_CORE_EXPORT MetaMetadataSet {
 public:
     /// How the set is coded in a file.
@@ -79,25 +82,26 @@ public:
     const WString* property(const WString& propertyName) const noexcept;
 
     /// All elements, inherited ones included, in label order.
-    ElementMap::const_iterator elementsBegin() const noexcept { return m_elements.begin(); }
-    ElementMap::const_iterator elementsEnd() const noexcept { return m_elements.end(); }
-    const ElementMap& elements() const noexcept { return m_elements; }
+    ElementMap::const_iterator elementsBegin() const { return elements().begin(); }
+    ElementMap::const_iterator elementsEnd() const { return elements().end(); }
+    const ElementMap& elements() const;
     /// All elements, inherited ones included, by schema index: inherited ones first.
-    const ElementList& elementsBySchemaIndex() const noexcept { return m_bySchemaIndex; }
+    const ElementList& elementsBySchemaIndex() const;
     /// The elements this set defines itself, in table order.
-    const ElementList& ownElements() const noexcept { return m_ownElements; }
+    const ElementList& ownElements() const;
 
     /// The element with this label, own or inherited; byte 8 (the registry version) is not
     /// compared. nullptr if the set has no such element.
-    const MetaElement* findElement(const Types::UniversalLabel& ul) const noexcept;
+    const MetaElement* findElement(const Types::UniversalLabel& ul) const;
     /// The element with this static local tag, own or inherited, or nullptr.
-    const MetaElement* findElementByTag(std::uint16_t tag) const noexcept;
+    const MetaElement* findElementByTag(std::uint16_t tag) const;
     /// The shared attribute of the element with this label (see `findElement`), or an empty
     /// pointer if the set has no such element.
     Templates::SharedPtr<const MetaAttribute> attribute(const Types::UniversalLabel& ul) const;
 
 private:
     friend class DictionaryBuilder;
+    friend class DictionaryTableLoader;
 
     Definition m_definition;
     KLV::Key m_key;
@@ -108,6 +112,15 @@ private:
     ElementMap m_elements;
     ElementList m_bySchemaIndex;
     std::vector<std::pair<std::uint16_t, const MetaElement*>> m_byTag;
+    /// For a built-in set whose elements are made on first use: the loader and the set's
+    /// place in its tables. Borrowed; the dictionary owns both.
+    DictionaryTableLoader* m_loader = nullptr;
+    std::uint16_t m_tableIndex = 0;
+    /// Whether the element lists above are complete.
+    std::atomic<bool> m_materialized{true};
+
+    /// Makes the elements if they are not made yet.
+    void materialize() const;
 };
 
 } // namespace Vellum::MetaMetadata
