@@ -2,6 +2,7 @@
 
 #include "BuildInfo.h"
 #include "Command.h"
+#include "DiffCommand.h"
 #include "FromXmlCommand.h"
 #include "HeaderCommand.h"
 #include "HelpCommand.h"
@@ -26,6 +27,7 @@ Application::Application() {
     m_commands.push_back(std::make_unique<HeaderCommand>());
     m_commands.push_back(std::make_unique<ToXmlCommand>());
     m_commands.push_back(std::make_unique<FromXmlCommand>());
+    m_commands.push_back(std::make_unique<DiffCommand>());
 }
 
 Application::~Application() = default;

@@ -35,7 +35,8 @@ std::string FromXmlCommand::summary() const {
 }
 
 std::string FromXmlCommand::synopsis() const {
-    return "vellum from-xml [--dictionary FILE]... [--verbose] (-o OUT | --xml [XML OPTIONS] "
+    return "vellum from-xml [--dictionary FILE]... [--new-identifiers] [--verbose] (-o OUT | --xml "
+           "[XML OPTIONS] "
            "[-o OUT]) DOC";
 }
 
@@ -53,6 +54,9 @@ std::string FromXmlCommand::optionHelp() const {
     return "  -o, --output OUT   where to write the result ('-': standard output)\n"
            "  --dictionary FILE  add the definitions of a dictionary file to the built-in\n"
            "                     ones; may be given more than once\n"
+           "  --new-identifiers  give every set and reference target a new identifier, as\n"
+           "                     for a template (by default identifiers written as 16\n"
+           "                     dotted hexadecimal bytes are kept)\n"
            "  --verbose          print a one-line summary (on stderr when the result goes to\n"
            "                     standard output)\n"
            "  --xml              write the imported header metadata as XML, not KLV\n" +
@@ -63,6 +67,7 @@ void FromXmlCommand::declareOptions(ArgumentParser& parser) const {
     parser.addValueOption("output", 'o');
     parser.addRepeatableOption("dictionary");
     parser.addFlag("verbose");
+    parser.addFlag("new-identifiers");
     parser.addFlag("xml");
     XmlOutput::declareOptions(parser);
 }
@@ -98,7 +103,9 @@ int FromXmlCommand::run(const ArgumentParser& arguments, std::ostream& out) {
 
     const std::string& path = arguments.positionals().front();
     Metadata::PartitionMetadata partition(PartitionInput::loadDictionary(arguments));
-    import(path, partition);
+    import(path, partition,
+           arguments.flag("new-identifiers") ? XML2Partition::Identifiers::Renew
+                                             : XML2Partition::Identifiers::Keep);
     std::string bytes;
     if (xml) {
         bytes = xml->render(partition, path);
@@ -119,7 +126,8 @@ int FromXmlCommand::run(const ArgumentParser& arguments, std::ostream& out) {
     return 0;
 }
 
-void FromXmlCommand::import(const std::string& path, Metadata::PartitionMetadata& partition) {
+void FromXmlCommand::import(const std::string& path, Metadata::PartitionMetadata& partition,
+                            XML2Partition::Identifiers identifiers) {
     std::error_code ignored;
     if (std::filesystem::is_directory(path, ignored)) {
         VELLUM_THROW(IOError, "'" + path + "' is a directory, not a file");
@@ -128,7 +136,7 @@ void FromXmlCommand::import(const std::string& path, Metadata::PartitionMetadata
     { const DataIO::File::FileDataSource probe(path); }
     const WString widePath = Utils::stringToWstring(path);
     try {
-        XML2Partition::getPartitionMetadataFromFile(widePath.c_str(), &partition);
+        XML2Partition::getPartitionMetadataFromFile(widePath.c_str(), &partition, identifiers);
     } catch (const Exceptions::BaseException& error) {
         // Parser errors name the document already; faults in its content do not.
         const std::string name = std::filesystem::path(path).filename().string();

@@ -3,6 +3,8 @@
 
 #include "Command.h"
 
+#include "Vellum/XMLBuilder/XML2Partition.h"
+
 #include <string>
 
 namespace Vellum::Metadata {
@@ -33,7 +35,8 @@ protected:
 
 private:
     // Reads the document at `path` into `partition`; throws InvalidFormat when it holds no set.
-    static void import(const std::string& path, Metadata::PartitionMetadata& partition);
+    static void import(const std::string& path, Metadata::PartitionMetadata& partition,
+                       XML2Partition::Identifiers identifiers = XML2Partition::Identifiers::Keep);
     // Throws UsageError when an option that only shapes XML output is given without --xml.
     void checkXmlOptions(const ArgumentParser& arguments) const;
 };

@@ -7,11 +7,14 @@
 #include "Vellum/DataIO/File/FileDataSource.h"
 #include "Vellum/Exceptions/InvalidFormat.h"
 #include "Vellum/Exceptions/Throw.h"
+#include "Vellum/KLV/BERLength.h"
+#include "Vellum/KLV/KeyClassification.h"
 #include "Vellum/MXF/MXFFile.h"
 #include "Vellum/MetaMetadata/Dictionary.h"
 #include "Vellum/MetaMetadata/MetaElement.h"
 #include "Vellum/MetaMetadata/MetaMetadataSet.h"
 #include "Vellum/MetaMetadata/UnknownAttribute.h"
+#include "Vellum/Metadata/DarkParsedGroup.h"
 #include "Vellum/Metadata/SimpleElement.h"
 #include "Vellum/Metadata/Structural/StructuralMetadataKeys.h"
 #include "Vellum/Types/Factories/UID.h"
@@ -57,6 +60,14 @@ PartitionMetadata::readFile(const std::string& path, const std::string& which,
     const auto metadata = file.readHeaderMetadata(file.choosePartition(which));
     return read({metadata.bytes.data(), metadata.bytes.size()}, metadata.offset,
                 std::move(dictionary));
+}
+
+std::unique_ptr<PartitionMetadata> PartitionMetadata::readHeaderMetadataFile(
+    const std::string& path, Templates::SharedPtr<MetaMetadata::Dictionary> dictionary) {
+    DataIO::File::FileDataSource source(path);
+    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(source.size()));
+    source.read(bytes.data(), bytes.size());
+    return read({bytes.data(), bytes.size()}, 0, std::move(dictionary));
 }
 
 MetadataSet* PartitionMetadata::adoptSet(std::unique_ptr<MetadataSet> set) {
@@ -116,6 +127,19 @@ MetadataSet* PartitionMetadata::createMetadataSet(const KLV::Key& key) {
         uid->set(std::make_unique<Types::UUID>(
             Types::Factories::UID::generateUUID(Types::Factories::UID::TimeBased)));
     }
+    return adoptSet(std::move(set));
+}
+
+MetadataSet* PartitionMetadata::createDarkParsedGroup(const KLV::Key& key, std::uint8_t berOctets) {
+    if (!KLV::isLocalSet(key)) {
+        VELLUM_THROW(InvalidFormat, "the key " + key.toUtf8() + " is not the key of a local set");
+    }
+    if (berOctets < 1 || berOctets > KLV::BERLength::maxOctets) {
+        VELLUM_THROW(InvalidFormat,
+                     "a BER length has 1 to 9 octets, not " + std::to_string(unsigned{berOctets}));
+    }
+    std::unique_ptr<MetadataSet> set(new DarkParsedGroup(*this, key));
+    set->setBerLength(berOctets);
     return adoptSet(std::move(set));
 }
 

@@ -14,6 +14,8 @@ target_sources(Vellum_Core PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/PartitionDictionary.cpp
     ${CMAKE_CURRENT_LIST_DIR}/PartitionMetadata.cpp
     ${CMAKE_CURRENT_LIST_DIR}/HeaderMetadataReader.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/MetadataDifference.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/HeaderMetadataComparison.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ReferenceWalker.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ReferenceFactory.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ElementFactory.cpp

@@ -41,6 +41,7 @@ target_sources(Vellum_Core PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/UUID.cpp
     ${CMAKE_CURRENT_LIST_DIR}/UniversalLabel.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Unknown.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/ValueText.cpp
     ${CMAKE_CURRENT_LIST_DIR}/VersionType.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Visitors/NonConstNullVisitor.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Visitors/NonConstVisitor.cpp

@@ -76,36 +76,15 @@ void DarkMetadataWriter::writeDarkMetadataSet(const Metadata::DarkMetadataSet& d
     parent.appendChild(element);
 }
 
-void DarkMetadataWriter::writeSetAsDark(const Metadata::MetadataSet& set,
-                                        xercesc::DOMElement& parent, xercesc::DOMDocument& document,
-                                        NamespaceRecord& namespaces) {
+xercesc::DOMElement& DarkMetadataWriter::writeParsedGroupFrame(const Metadata::MetadataSet& set,
+                                                               xercesc::DOMElement& parent,
+                                                               NamespaceRecord& namespaces) {
     namespaces.enter(Vocabulary::groupsNamespace, Vocabulary::groupsPrefix);
-    WString prefix = Vocabulary::groupsPrefix;
-    WString localName = Vocabulary::darkMetadata;
-    if (const auto* definition = set.definition()) {
-        const WString* definedPrefix = definition->property(Vocabulary::xmlDefaultPrefix);
-        const WString* tagName = definition->property(Vocabulary::xmlTagName);
-        const WString* namespaceName = definition->property(Vocabulary::xmlNamespaceURI);
-        if (definedPrefix != nullptr && tagName != nullptr && namespaceName != nullptr) {
-            namespaces.enter(*namespaceName, *definedPrefix);
-            prefix = *definedPrefix;
-            localName = *tagName;
-        }
-    }
-    DataIO::Memory::MemoryDataSink sink(set.serializedSize());
-    set.serialize(sink);
-    // The length field as written: the set grows it when its items no longer fit.
-    const std::uint8_t first = sink.rawBuffer()[KLV::Key::byteCount];
-    const auto berOctets = static_cast<std::uint8_t>(first < 0x80 ? 1 : 1 + (first & 0x7FU));
     xercesc::DOMElement* element =
-        darkElement(document, prefix, localName, set.key(), berOctets, namespaces);
-    const std::uint64_t skip = set.key().serializedSize() + berOctets;
-    const std::uint64_t size = sink.serializedSize();
-    const WString hex = skip < size
-                            ? ToXMLBaseTypeVisitor::hexText(sink.rawBuffer() + skip, size - skip)
-                            : WString();
-    element->appendChild(document.createTextNode(hex.c_str()));
+        darkElement(*parent.getOwnerDocument(), Vocabulary::groupsPrefix, Vocabulary::darkMetadata,
+                    set.key(), set.berLength(), namespaces);
     parent.appendChild(element);
+    return *element;
 }
 
 } // namespace Vellum::XMLBuilder

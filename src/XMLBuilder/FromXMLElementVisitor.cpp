@@ -1,5 +1,7 @@
 #include "Vellum/XMLBuilder/FromXMLElementVisitor.h"
 
+#include "XMLBuilder/StoredBytes.h"
+
 #include "Vellum/DataIO/Slice.h"
 #include "Vellum/Exceptions/InvalidFormat.h"
 #include "Vellum/Exceptions/InvalidLength.h"
@@ -104,7 +106,10 @@ xercesc::DOMElement* FromXMLElementVisitor::element() const noexcept {
 }
 
 void FromXMLElementVisitor::visit(Metadata::SimpleElement& element) {
-    ValuePtr value = FromXMLValueParser::parse(m_node, m_dataType);
+    ValuePtr value = StoredBytes::read(m_node, m_dataType);
+    if (!value) {
+        value = FromXMLValueParser::parse(m_node, m_dataType);
+    }
     if (value) {
         element.set(std::move(value), false);
     }
@@ -114,7 +119,10 @@ Templates::vector<ValuePtr> FromXMLElementVisitor::readItems(xercesc::DOMElement
                                                              Identifier itemType) const {
     Templates::vector<ValuePtr> items;
     for (xercesc::DOMElement* child : NodeSelector::elementChildren(property)) {
-        ValuePtr item = FromXMLValueParser::parse(*child, itemType);
+        ValuePtr item = StoredBytes::read(*child, itemType);
+        if (!item) {
+            item = FromXMLValueParser::parse(*child, itemType);
+        }
         if (!item) {
             item = emptyValueOf(itemType);
         }
@@ -156,6 +164,10 @@ void FromXMLElementVisitor::readCollection(ElementType& element) {
     if (property == nullptr) {
         return;
     }
+    if (const auto stored = StoredBytes::emptyCollection(*property); !stored.empty()) {
+        element.readValue(DataIO::Slice(stored.data(), stored.size()));
+        return;
+    }
     const Identifier itemType = element.itemType();
     Templates::vector<ValuePtr> items = readItems(*property, itemType);
     auto collection = std::make_unique<CollectionType>(itemSize(items, itemType), itemType);
@@ -190,18 +202,12 @@ FromXMLElementVisitor::referenceByName(const xercesc::DOMElement& child, Identif
         VELLUM_THROW(ParseError, u"the reference element " + nameOf(child) +
                                      u" has no attribute naming its target");
     }
-    const WString name = NodeSelector::text(*nameAttribute);
-    auto found = m_names.find(name);
-    if (found == m_names.end()) {
-        const WString identifier =
-            Types::Factories::UID::generateUUID(Types::Factories::UID::TimeBased).toString();
-        found = m_names.emplace(name, identifier).first;
-    }
+    const WString& identifier = m_names.identifierFor(NodeSelector::text(*nameAttribute));
     if (kind == Identifier::StrongReference) {
-        return std::make_unique<Types::StrongReference>(found->second);
+        return std::make_unique<Types::StrongReference>(identifier);
     }
     if (kind == Identifier::WeakReference) {
-        return std::make_unique<Types::WeakReference>(found->second);
+        return std::make_unique<Types::WeakReference>(identifier);
     }
     return nullptr;
 }
@@ -248,7 +254,10 @@ void FromXMLElementVisitor::readReferenceCollection(Metadata::ReferenceCollectio
     const std::vector<xercesc::DOMElement*> children = NodeSelector::elementChildren(*property);
     if (children.empty()) {
         // Present and empty: the stored form of a collection without items.
-        element.readValue(DataIO::Slice(emptyReferenceCollection, sizeof emptyReferenceCollection));
+        const auto stored = StoredBytes::emptyCollection(*property);
+        element.readValue(stored.empty() ? DataIO::Slice(emptyReferenceCollection,
+                                                         sizeof emptyReferenceCollection)
+                                         : DataIO::Slice(stored.data(), stored.size()));
         return;
     }
     for (xercesc::DOMElement* child : children) {

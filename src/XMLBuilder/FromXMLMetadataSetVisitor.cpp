@@ -10,6 +10,7 @@
 #include "Vellum/Metadata/MetadataSet.h"
 #include "Vellum/Metadata/PartitionMetadata.h"
 #include "Vellum/Metadata/SimpleElement.h"
+#include "Vellum/Metadata/Structural/StructuralMetadataULs.h"
 #include "Vellum/Types/LocalTag.h"
 #include "Vellum/Types/UUID.h"
 #include "Vellum/Types/UniversalLabel.h"
@@ -95,7 +96,36 @@ void FromXMLMetadataSetVisitor::visit(Metadata::MetadataSet& set) {
             element->accept(reader);
         }
     }
+    readMisplacedIdentity(set);
     readExtensionElements(set);
+}
+
+void FromXMLMetadataSetVisitor::readMisplacedIdentity(Metadata::MetadataSet& set) {
+    // A set whose definition lacks the identity elements (or one the dictionary does not
+    // describe) still carries them as "rp210" attributes when its stored form had them.
+    const auto dictionary = m_partition.partitionDictionary().dictionary();
+    const Types::UniversalLabel& uidLabel =
+        Metadata::Structural::StructuralMetadataULs::instanceUID();
+    xercesc::DOMAttr* uid = m_element.getAttributeNode(Vocabulary::instanceUID);
+    const MetaMetadata::MetaElement* uidMeta = dictionary->findElement(uidLabel);
+    if (uid != nullptr && uidMeta != nullptr && set.findElement(uidLabel) == nullptr) {
+        auto* identity = static_cast<Metadata::SimpleElement*>(
+            set.createInvalidElement(std::make_shared<MetaMetadata::MisplacedAttribute>(*uidMeta)));
+        const WString& identifier = m_names.identifierFor(NodeSelector::text(*uid));
+        identity->set(std::make_unique<Types::UUID>(identifier, Types::DottedHex), false);
+    }
+    static const Types::UniversalLabel generationLabel(
+        u"06.0E.2B.34.01.01.01.02.05.20.07.01.08.00.00.00", Types::DottedHex);
+    xercesc::DOMAttr* generation = m_element.getAttributeNode(Vocabulary::generationUID);
+    const MetaMetadata::MetaElement* generationMeta = dictionary->findElement(generationLabel);
+    if (generation != nullptr && generationMeta != nullptr &&
+        set.findElement(generationLabel) == nullptr) {
+        Metadata::Element* identity = set.createInvalidElement(
+            std::make_shared<MetaMetadata::MisplacedAttribute>(*generationMeta));
+        FromXMLElementVisitor reader(*generation, generationMeta, m_partition, m_setTags, m_names,
+                                     m_depth);
+        identity->accept(reader);
+    }
 }
 
 void FromXMLMetadataSetVisitor::readIdentity(Metadata::MetadataSet& set, Metadata::Element& element,
@@ -115,14 +145,11 @@ void FromXMLMetadataSetVisitor::readIdentity(Metadata::MetadataSet& set, Metadat
     if (identity == nullptr) {
         return;
     }
-    const WString name = NodeSelector::text(*attribute);
-    auto entry = m_names.find(name);
-    if (entry == m_names.end()) {
-        const Types::UUID* own = set.instanceUID();
-        const WString identifier = own != nullptr ? own->toString(Types::DottedHex) : WString();
-        entry = m_names.emplace(name, identifier).first;
-    }
-    identity->set(std::make_unique<Types::UUID>(entry->second, Types::DottedHex), false);
+    const Types::UUID* own = set.instanceUID();
+    const WString& identifier =
+        m_names.identifierFor(NodeSelector::text(*attribute),
+                              own != nullptr ? own->toString(Types::DottedHex) : WString());
+    identity->set(std::make_unique<Types::UUID>(identifier, Types::DottedHex), false);
 }
 
 void FromXMLMetadataSetVisitor::readExtensionElements(Metadata::MetadataSet& set) {
@@ -183,7 +210,13 @@ void FromXMLMetadataSetVisitor::readUnknownElement(Metadata::MetadataSet& set,
             primer.insert(tag, Types::UniversalLabel(labelText, Types::DottedHex));
         }
     } else if (!labelText.empty()) {
-        tag = primer.findOrGenerate(Types::UniversalLabel(labelText, Types::DottedHex));
+        const Types::UniversalLabel label(labelText, Types::DottedHex);
+        tag = primer.findOrGenerate(label);
+        Metadata::Element* element =
+            set.createInvalidElement(std::make_shared<MetaMetadata::UnknownAttribute>(tag, label));
+        FromXMLElementVisitor reader(node, nullptr, m_partition, m_setTags, m_names, m_depth);
+        element->accept(reader);
+        return;
     } else {
         WString name;
         XMLUtils::utf16ToWstring(node.getNodeName(), name);

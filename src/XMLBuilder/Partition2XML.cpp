@@ -75,17 +75,26 @@ void writeBody(Metadata::PartitionMetadata& partition, const Metadata::MetadataS
 
     std::vector<const Metadata::MetadataSet*> order;
     const unsigned floatingCount = partition.calculateSerializationOrder(order, true, false);
-    VisitedRecord floatingPass;
+    // The floating pass knows what the main pass wrote, so that no set is written twice.
+    VisitedRecord floatingPass = mainPass;
     const WriterContext floating{partition, typedReferences, structuralTargetsOnly, namespaces,
                                  floatingPass};
-    // Each floating set not yet written starts a group of its own, in order.
-    for (auto it = order.end() - floatingCount; it != order.end(); ++it) {
-        if (floatingPass.count(*it) == 0) {
+    const auto writeFloating = [&](const Metadata::MetadataSet& set) {
+        if (floatingPass.count(&set) == 0) {
             xercesc::DOMElement* container =
                 DarkMetadataWriter::findOrCreateFloatingDarkMetadata(document, root);
             ToXMLMetadataSetVisitor writer(*container, floating);
-            (*it)->accept(writer);
+            set.accept(writer);
         }
+    };
+    // Each floating set not yet written starts a group of its own, in order.
+    for (auto it = order.end() - floatingCount; it != order.end(); ++it) {
+        writeFloating(**it);
+    }
+    // Then every set no pass reached: behind a reference the options do not follow, sharing
+    // an identifier with a set already written, or without an identifier.
+    for (const Metadata::MetadataSet* set : partition.sets()) {
+        writeFloating(*set);
     }
     declareNamespaces(root, namespaces);
 }

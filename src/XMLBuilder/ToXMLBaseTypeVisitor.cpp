@@ -161,8 +161,28 @@ WString ToXMLBaseTypeVisitor::hexText(const std::uint8_t* bytes, std::size_t cou
 
 void ToXMLBaseTypeVisitor::appendText(const WString& text) {
     if (m_element != nullptr) {
-        m_element->appendChild(m_element->getOwnerDocument()->createTextNode(text.c_str()));
+        const WString xml = xmlCharacters(text);
+        m_element->appendChild(m_element->getOwnerDocument()->createTextNode(xml.c_str()));
     }
+}
+
+WString ToXMLBaseTypeVisitor::xmlCharacters(const WString& text) {
+    // XML 1.0 holds tab, LF, CR, U+0020..U+D7FF, U+E000..U+FFFD and paired surrogates.
+    WString out = text;
+    for (std::size_t i = 0; i < out.size(); ++i) {
+        const char16_t c = out[i];
+        const bool high = c >= 0xD800 && c <= 0xDBFF;
+        const bool low = c >= 0xDC00 && c <= 0xDFFF;
+        if (high && i + 1 < out.size() && out[i + 1] >= 0xDC00 && out[i + 1] <= 0xDFFF) {
+            ++i;
+            continue;
+        }
+        const bool control = c < 0x20 && c != u'\t' && c != u'\n' && c != u'\r';
+        if (control || high || low || c == 0xFFFE || c == 0xFFFF) {
+            out[i] = u'\xFFFD';
+        }
+    }
+    return out;
 }
 
 void ToXMLBaseTypeVisitor::writeIdentifier(const WString& text) {

@@ -1,5 +1,7 @@
 #include "Vellum/XMLBuilder/ToXMLElementVisitor.h"
 
+#include "XMLBuilder/StoredBytes.h"
+
 #include "Vellum/Exceptions/NotFoundInPrimer.h"
 #include "Vellum/KLV/KeyClassification.h"
 #include "Vellum/MetaMetadata/AbstractMetaAttribute.h"
@@ -26,6 +28,9 @@
 namespace Vellum::XMLBuilder {
 namespace {
 
+// The item size of a collection of references: one UUID.
+constexpr std::uint32_t referenceSize = 16;
+
 ToXMLMetaAttributeVisitor classify(const Metadata::Element& element) {
     ToXMLMetaAttributeVisitor attribute;
     element.metaAttribute()->accept(attribute);
@@ -41,7 +46,8 @@ WString qualifiedNameOf(const Metadata::MetadataSet& set) {
             return *prefix + u':' + *tagName;
         }
     }
-    return Vocabulary::groupsPrefix;
+    // A local set the dictionary does not describe is written as dark metadata.
+    return WString(Vocabulary::groupsPrefix) + u':' + Vocabulary::darkMetadata;
 }
 
 } // namespace
@@ -133,6 +139,10 @@ void ToXMLElementVisitor::visit(const Metadata::SimpleElement& element) {
     place(property, attribute);
     ToXMLBaseTypeVisitor writer(property, m_context.namespaces);
     element.value()->accept(writer);
+    const MetaMetadata::MetaElement* meta = attribute.metaElement();
+    StoredBytes::markIfInexact(*property, *element.value(),
+                               meta != nullptr ? meta->dataType() : Types::Identifiers::Unknown,
+                               m_context.namespaces);
 }
 
 bool ToXMLElementVisitor::writesEmptyCollection(const Metadata::Element& element) const {
@@ -152,6 +162,11 @@ void ToXMLElementVisitor::writeCollection(const Metadata::CollectionElement& ele
     xercesc::DOMElement* property = createPropertyElement(name, attribute.metaElement() != nullptr);
     place(property, attribute);
     xercesc::DOMDocument& document = *m_setElement.getOwnerDocument();
+    if (element.size() == 0) {
+        StoredBytes::markEmptyCollection(
+            *property, element, Types::Identifiers::typeSize(element.itemType()).value_or(0),
+            m_context.namespaces);
+    }
     const WString itemName = name.prefix + u':' + Vocabulary::itemElement;
     for (std::uint32_t i = 0; i < element.size(); ++i) {
         xercesc::DOMElement* item =
@@ -159,6 +174,7 @@ void ToXMLElementVisitor::writeCollection(const Metadata::CollectionElement& ele
         property->appendChild(item);
         ToXMLBaseTypeVisitor writer(item, m_context.namespaces);
         element.at(i).accept(writer);
+        StoredBytes::markIfInexact(*item, element.at(i), element.itemType(), m_context.namespaces);
     }
 }
 
@@ -179,6 +195,9 @@ void ToXMLElementVisitor::writeReferenceCollection(
     const Name name = nameOf(attribute);
     xercesc::DOMElement* property = createPropertyElement(name, attribute.metaElement() != nullptr);
     place(property, attribute);
+    if (element.size() == 0) {
+        StoredBytes::markEmptyCollection(*property, element, referenceSize, m_context.namespaces);
+    }
     for (std::uint32_t i = 0; i < element.size(); ++i) {
         writeReference(element.referenceAt(i), *property);
     }
@@ -228,8 +247,23 @@ void ToXMLElementVisitor::writeByIdentifier(
     const WString name = (targets.size() > 1 ? WString(Vocabulary::multipleMetadataSets)
                                              : qualifiedNameOf(*targets.front())) +
                          Vocabulary::refSuffix;
-    xercesc::DOMElement* byIdentifier =
-        document.createElementNS(property.getNamespaceURI(), name.c_str());
+    // The element is named after its target, in the target's namespace.
+    WString space(property.getNamespaceURI());
+    if (targets.size() == 1) {
+        const auto* definition = targets.front()->definition();
+        const WString* prefix =
+            definition != nullptr ? definition->property(Vocabulary::xmlDefaultPrefix) : nullptr;
+        const WString* namespaceName =
+            definition != nullptr ? definition->property(Vocabulary::xmlNamespaceURI) : nullptr;
+        if (prefix != nullptr && namespaceName != nullptr) {
+            space = *namespaceName;
+            m_context.namespaces.enter(*namespaceName, *prefix);
+        } else if (definition == nullptr) {
+            space = Vocabulary::groupsNamespace;
+            m_context.namespaces.enter(Vocabulary::groupsNamespace, Vocabulary::groupsPrefix);
+        }
+    }
+    xercesc::DOMElement* byIdentifier = document.createElementNS(space.c_str(), name.c_str());
     property.appendChild(byIdentifier);
     xercesc::DOMAttr* target =
         document.createAttributeNS(Vocabulary::typesNamespace, Vocabulary::targetInstance);
@@ -246,33 +280,26 @@ bool ToXMLElementVisitor::writeReference(const Types::Reference& reference,
         return true;
     }
     const Metadata::MetadataSet& first = *targets.front();
+    const bool strong = reference.identifier() == Types::Identifiers::StrongReference;
     const bool followed =
         !m_context.structuralTargetsOnly || KLV::isStructuralMetadataSet(first.key());
     if (m_context.typedReferences) {
-        if (!followed) {
-            return false;
-        }
-        ToXMLReferenceVisitor writer(first, property, m_context);
-        reference.accept(writer);
-        return true;
-    }
-    xercesc::DOMDocument& document = *property.getOwnerDocument();
-    xercesc::DOMElement& root = *document.getDocumentElement();
-    if (first.definition() == nullptr &&
-        dynamic_cast<const Metadata::DarkParsedGroup*>(&first) != nullptr) {
-        // A target without definition cannot be nested; it goes to the floating container once.
-        writeDangling(reference, property);
-        xercesc::DOMElement* container =
-            DarkMetadataWriter::findOrCreateFloatingDarkMetadata(document, root);
-        root.appendChild(container);
-        if (m_context.visited.insert(&first).second) {
-            DarkMetadataWriter::writeSetAsDark(first, *container, document, m_context.namespaces);
+        // A target is nested where it is met first; one already written, one the options do
+        // not follow and one the dictionary does not describe are named by identifier, and
+        // the floating pass writes what no pass reaches.
+        const bool nests = strong && followed && m_context.visited.count(&first) == 0;
+        if (first.definition() != nullptr && (nests || !strong)) {
+            ToXMLReferenceVisitor writer(first, property, m_context);
+            reference.accept(writer);
+        } else {
+            writeByIdentifier(reference, property, targets);
         }
         return true;
     }
     writeByIdentifier(reference, property, targets);
-    if (reference.identifier() == Types::Identifiers::StrongReference && followed) {
+    if (strong && followed) {
         // Nested targets are written as siblings under the root, linked by the "_REF" element.
+        xercesc::DOMElement& root = *property.getOwnerDocument()->getDocumentElement();
         ToXMLMetadataSetVisitor writer(root, m_context.withTypedReferences(false));
         for (const Metadata::MetadataSet* target : targets) {
             target->accept(writer);

@@ -59,7 +59,10 @@ void ToXMLMetadataSetVisitor::visit(const Metadata::MetadataSet& set) {
         xercesc::DOMElement* container =
             DarkMetadataWriter::findOrCreateFloatingDarkMetadata(document, root);
         root.appendChild(container); // the container follows the last set under the root
-        DarkMetadataWriter::writeSetAsDark(set, *container, document, m_context.namespaces);
+        // Its items, each with its label or local tag, so that it imports as the same set.
+        xercesc::DOMElement& element =
+            DarkMetadataWriter::writeParsedGroupFrame(set, *container, m_context.namespaces);
+        writeElements(set, element);
     }
 }
 

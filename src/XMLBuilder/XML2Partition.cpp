@@ -77,6 +77,9 @@ void readFloating(xercesc::DOMElement& container, ImportState& state) {
         const auto known = state.setTags.find(localNameOf(*child));
         if (known != state.setTags.end()) {
             readSet(*child, *known->second, state);
+        } else if (XMLBuilder::DarkMetadataReader::isParsedGroup(*child)) {
+            state.result.push_back(XMLBuilder::DarkMetadataReader::readParsedGroup(
+                *child, state.partition, state.setTags, state.names));
         } else {
             XMLBuilder::DarkMetadataReader::read(*child, state.partition);
         }
@@ -84,7 +87,8 @@ void readFloating(xercesc::DOMElement& container, ImportState& state) {
 }
 
 template <class Load>
-SetList importDocument(Metadata::PartitionMetadata* partition, const Load& load) {
+SetList importDocument(Metadata::PartitionMetadata* partition, Identifiers identifiers,
+                       const Load& load) {
     VELLUM_CHECK(partition != nullptr, "no partition given to import into");
     const XMLUtils::ParserPtr parser = XMLUtils::Initializer::instance().createParser();
     const auto dictionary = partition->partitionDictionary().dictionary();
@@ -92,7 +96,8 @@ SetList importDocument(Metadata::PartitionMetadata* partition, const Load& load)
     const XMLUtils::DocumentPtr document = load(*parser);
     XMLUtils::cleanEmptyTextNodes(document.get());
 
-    ImportState state{*partition, setTags, {}, {}};
+    ImportState state{
+        *partition, setTags, XMLBuilder::ReferenceNameTable(identifiers == Identifiers::Renew), {}};
     xercesc::DOMElement& root = *document->getDocumentElement();
     for (xercesc::DOMElement* node : XMLBuilder::NodeSelector::elementChildren(root)) {
         const auto known = setTags.find(localNameOf(*node));
@@ -176,9 +181,10 @@ std::vector<std::uint8_t> utf16Document(const WString& text) {
 } // namespace
 
 SetList getPartitionMetadataFromBuffer(const std::uint8_t* buffer, std::uint32_t size,
-                                       Metadata::PartitionMetadata* partition) {
+                                       Metadata::PartitionMetadata* partition,
+                                       Identifiers identifiers) {
     try {
-        return importDocument(partition, [buffer, size](xercesc::DOMLSParser& parser) {
+        return importDocument(partition, identifiers, [buffer, size](xercesc::DOMLSParser& parser) {
             return XMLUtils::loadDocumentFromBuffer(buffer, size, parser);
         });
     } catch (...) {
@@ -186,21 +192,22 @@ SetList getPartitionMetadataFromBuffer(const std::uint8_t* buffer, std::uint32_t
     }
 }
 
-SetList getPartitionMetadataFromString(const WString& text,
-                                       Metadata::PartitionMetadata* partition) {
+SetList getPartitionMetadataFromString(const WString& text, Metadata::PartitionMetadata* partition,
+                                       Identifiers identifiers) {
     try {
         const std::vector<std::uint8_t> bytes = utf16Document(text);
         // The count is cut to the buffer entry's 32 bits, deliberately.
-        return getPartitionMetadataFromBuffer(bytes.data(),
-                                              static_cast<std::uint32_t>(bytes.size()), partition);
+        return getPartitionMetadataFromBuffer(
+            bytes.data(), static_cast<std::uint32_t>(bytes.size()), partition, identifiers);
     } catch (...) {
         XMLUtils::rethrowTranslated(entrySource, stringEntryLine);
     }
 }
 
-SetList getPartitionMetadataFromFile(const char16_t* path, Metadata::PartitionMetadata* partition) {
+SetList getPartitionMetadataFromFile(const char16_t* path, Metadata::PartitionMetadata* partition,
+                                     Identifiers identifiers) {
     try {
-        return importDocument(partition, [path](xercesc::DOMLSParser& parser) {
+        return importDocument(partition, identifiers, [path](xercesc::DOMLSParser& parser) {
             return XMLUtils::loadDocumentFromFile(path, parser);
         });
     } catch (...) {

@@ -4,6 +4,7 @@
 #include "Vellum/Exceptions/Throw.h"
 #include "Vellum/Utils/StringConversion.h"
 #include "Vellum/XMLUtils/Initializer.h"
+#include "Vellum/XMLUtils/Utils.h"
 
 #include <xercesc/dom/DOMConfiguration.hpp>
 #include <xercesc/dom/DOMDocumentType.hpp>
@@ -231,7 +232,16 @@ void serialize(const DOMNode* node, std::string& out, EncodingType encoding,
     xercesc::MemBufFormatTarget target;
     output->setByteStream(&target);
     output->setEncoding(utf16 ? u"UTF-16" : u"UTF-8");
-    if (!serializer->write(node, output.get()) || errors.failed()) {
+    bool written = false;
+    try {
+        written = serializer->write(node, output.get());
+    } catch (const Exceptions::BaseException&) {
+        throw;
+    } catch (...) {
+        // Whatever Xerces-C throws while writing reaches the caller as a ParseError.
+        rethrowTranslated("Vellum/XMLUtils/Document", __LINE__);
+    }
+    if (!written || errors.failed()) {
         VELLUM_THROW(ParseError, u"cannot serialise the XML node: " + errors.message());
     }
     out.assign(reinterpret_cast<const char*>(target.getRawBuffer()), target.getLen());

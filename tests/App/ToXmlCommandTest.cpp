@@ -46,6 +46,8 @@ const Bytes prefaceKey = {0x06, 0x0E, 0x2B, 0x34, 0x02, 0x53, 0x01, 0x01,
                           0x0D, 0x01, 0x01, 0x01, 0x01, 0x01, 0x2F, 0x00};
 const Bytes identificationKey = {0x06, 0x0E, 0x2B, 0x34, 0x02, 0x53, 0x01, 0x01,
                                  0x0D, 0x01, 0x01, 0x01, 0x01, 0x01, 0x30, 0x00};
+const Bytes as11CoreFrameworkKey = {0x06, 0x0E, 0x2B, 0x34, 0x02, 0x53, 0x01, 0x01,
+                                    0x0D, 0x01, 0x07, 0x01, 0x0B, 0x01, 0x01, 0x00};
 
 struct Mode {
     const char* name;
@@ -144,15 +146,25 @@ TEST_F(ToXml, ReadsTheChosenPartition) {
 }
 
 TEST_F(ToXml, StructuralOnlyStopsAtSetsThatAreNotStructural) {
-    // The Identification set, under an unknown key, is no structural metadata set.
-    const std::string path = patchedSample(m_dir, "identification.mxf", identificationKey);
+    // The Identification set under the key of a descriptive (not structural) set: nested in
+    // the Preface when every reference is followed, else named by identifier and written by
+    // the floating pass.
+    Bytes file = VellumTest::readFile(bitexactSample);
+    VellumTest::replaceFirst(file, identificationKey, as11CoreFrameworkKey);
+    const std::string path = m_dir.write("descriptive.mxf", file);
     const auto all = runVellum({"to-xml", "--typed-references", path}, m_dir);
     const auto structural =
         runVellum({"to-xml", "--typed-references", "--structural-only", path}, m_dir);
     ASSERT_EQ(all.exitCode, 0) << all.err;
     ASSERT_EQ(structural.exitCode, 0) << structural.err;
     EXPECT_EQ(summariseXml(structural.out).rootName, "s377m:MetadataSets");
-    EXPECT_NE(all.out, structural.out);
+    const std::string nested = "<s377m:Identifications>\n      <as11:AS11CoreFramework rp210";
+    EXPECT_NE(all.out.find(nested), std::string::npos) << all.out;
+    EXPECT_EQ(structural.out.find(nested), std::string::npos);
+    EXPECT_NE(structural.out.find("<as11:AS11CoreFramework_REF"), std::string::npos);
+    EXPECT_NE(structural.out.find("<groups:FloatingDarkMetadata>\n    <as11:AS11CoreFramework"),
+              std::string::npos)
+        << structural.out;
     const auto plain = runVellum({"to-xml", bitexactSample}, m_dir);
     const auto plainStructural = runVellum({"to-xml", "--structural-only", bitexactSample}, m_dir);
     EXPECT_EQ(plain.out, plainStructural.out) << "every set of the sample is structural";

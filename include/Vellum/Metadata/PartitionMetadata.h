@@ -50,6 +50,12 @@ public:
     static std::unique_ptr<PartitionMetadata>
     readFile(const std::string& path, const std::string& which,
              Templates::SharedPtr<MetaMetadata::Dictionary> dictionary);
+    /// Reads a file that holds header metadata alone, from the primer pack on, as `serialize`
+    /// writes it. Throws IOError when the file cannot be read, and as `read` does (offsets
+    /// are file offsets).
+    static std::unique_ptr<PartitionMetadata>
+    readHeaderMetadataFile(const std::string& path,
+                           Templates::SharedPtr<MetaMetadata::Dictionary> dictionary);
 
     PartitionDictionary& partitionDictionary() noexcept { return m_primer; }
     const PartitionDictionary& partitionDictionary() const noexcept { return m_primer; }
@@ -61,6 +67,12 @@ public:
     SetList find(const KLV::Key& key) const;
     /// The sets whose instance identifier is `uuid`, in stored order.
     const SetList& findByInstanceUID(const Types::UUID& uuid) const;
+
+    /// A new local set that the dictionary does not describe (a DarkParsedGroup), owned by
+    /// the partition, without elements, its length written in `berOctets` octets (or more if
+    /// its items need them). Throws InvalidFormat when `key` is not a local set key or
+    /// `berOctets` is not 1 to 9.
+    MetadataSet* createDarkParsedGroup(const KLV::Key& key, std::uint8_t berOctets);
 
     /// A new set, owned by the partition, with every element its definition lists and a new
     /// instance identifier. Throws InvalidFormat when the dictionary has no local set for

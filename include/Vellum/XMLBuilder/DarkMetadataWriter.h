@@ -33,10 +33,12 @@ public:
     /// Appends the dark form of `dark` ("groups:DarkMetadata") to `parent`.
     static void writeDarkMetadataSet(const Metadata::DarkMetadataSet& dark,
                                      xercesc::DOMElement& parent, NamespaceRecord& namespaces);
-    /// Appends the dark form of `set`, named after its definition when it has one, holding the
-    /// local set body it serialises to.
-    static void writeSetAsDark(const Metadata::MetadataSet& set, xercesc::DOMElement& parent,
-                               xercesc::DOMDocument& document, NamespaceRecord& namespaces);
+    /// Appends to `parent` the element of a local set that the dictionary does not describe:
+    /// "groups:DarkMetadata" with the set's key and length octet count, and no text; the set
+    /// writer fills it with the set's items (each with its label or local tag) and identity.
+    static xercesc::DOMElement& writeParsedGroupFrame(const Metadata::MetadataSet& set,
+                                                      xercesc::DOMElement& parent,
+                                                      NamespaceRecord& namespaces);
 };
 
 } // namespace Vellum::XMLBuilder

@@ -56,6 +56,7 @@ public:
 private:
     void readIdentity(Metadata::MetadataSet& set, Metadata::Element& element,
                       const MetaMetadata::MetaElement& meta, const WString& tagName);
+    void readMisplacedIdentity(Metadata::MetadataSet& set);
     void readExtensionElements(Metadata::MetadataSet& set);
     void readExtensionElement(Metadata::MetadataSet& set, xercesc::DOMElement& node,
                               const MetaMetadata::Dictionary& dictionary);

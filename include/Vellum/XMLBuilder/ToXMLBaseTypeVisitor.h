@@ -67,6 +67,10 @@ public:
     /// Two upper-case hexadecimal digits a byte, no separators ("0A1B").
     static WString hexText(const std::uint8_t* bytes, std::size_t count);
 
+    /// `text` with every character XML 1.0 cannot hold (control characters other than tab,
+    /// LF and CR, unpaired surrogates, U+FFFE, U+FFFF) replaced by U+FFFD.
+    static WString xmlCharacters(const WString& text);
+
 private:
     void writeIdentifier(const WString& text);
     void appendText(const WString& text);

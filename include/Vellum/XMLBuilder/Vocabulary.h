@@ -40,6 +40,7 @@ inline constexpr const char16_t* targetInstance = u"types:TargetInstance";
 inline constexpr const char16_t* danglingRef = u"s377m:Dangling_REF";
 inline constexpr const char16_t* multipleMetadataSets = u"MULTIPLE_METADATASETS";
 inline constexpr const char16_t* darkElement = u"DarkElement";
+inline constexpr const char16_t* storedBytes = u"groups:StoredBytes";
 inline constexpr const char16_t* itemElement = u"Element";
 inline constexpr const char16_t* instanceUID = u"rp210:InstanceUID";
 inline constexpr const char16_t* generationUID = u"rp210:GenerationUID";

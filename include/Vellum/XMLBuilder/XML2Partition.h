@@ -38,24 +38,38 @@ class PartitionMetadata;
 
 namespace Vellum::XML2Partition {
 
+/// What an import makes of the names of sets ("rp210:InstanceUID") and of reference targets.
+enum class Identifiers {
+    /// A name that is an identifier text (16 bytes as two hexadecimal digits each, joined by
+    /// ".") is that identifier, so that an exported document imports to the same sets; any
+    /// other name gets a fresh identifier, the same for every use of the name.
+    Keep,
+    /// Every name gets a fresh identifier, the same for every use of the name: for importing
+    /// a document as a template of new sets.
+    Renew,
+};
+
 /// Imports the XML file at `path` (UTF-16, zero-terminated) into `partition`. Throws
 /// InvalidFormat for a null path or partition, and as described above.
 VELLUM_XMLBUILDER_EXPORT Templates::list<Metadata::MetadataSet*>
-getPartitionMetadataFromFile(const char16_t* path, Metadata::PartitionMetadata* partition);
+getPartitionMetadataFromFile(const char16_t* path, Metadata::PartitionMetadata* partition,
+                             Identifiers identifiers = Identifiers::Keep);
 
 /// Imports `size` bytes of XML at `buffer` (any encoding the document declares or its byte
 /// order mark shows) into `partition`. The bytes are not kept. Throws InvalidFormat for a
 /// null partition or a null buffer with a non-zero size, and as described above.
 VELLUM_XMLBUILDER_EXPORT Templates::list<Metadata::MetadataSet*>
 getPartitionMetadataFromBuffer(const std::uint8_t* buffer, std::uint32_t size,
-                               Metadata::PartitionMetadata* partition);
+                               Metadata::PartitionMetadata* partition,
+                               Identifiers identifiers = Identifiers::Keep);
 
 /// Imports the XML document `text` into `partition`. The text is read as the UTF-16 it is,
 /// whatever encoding its XML declaration names. It is handed to the buffer import as UTF-16
 /// bytes (2 per code unit, after a byte order mark), their count cut to 32 bits, so a text of
 /// 2 GiB or more is cut short and fails to parse. Throws as getPartitionMetadataFromBuffer.
 VELLUM_XMLBUILDER_EXPORT Templates::list<Metadata::MetadataSet*>
-getPartitionMetadataFromString(const WString& text, Metadata::PartitionMetadata* partition);
+getPartitionMetadataFromString(const WString& text, Metadata::PartitionMetadata* partition,
+                               Identifiers identifiers = Identifiers::Keep);
 
 } // namespace Vellum::XML2Partition
 

@@ -1,0 +1,125 @@
+#include "CliSupport.h"
+#include "Support/Samples.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+using VellumTest::isOneErrorLine;
+using VellumTest::runVellum;
+
+const std::string bitexactSample = VellumTest::sampleDir() + "/ffmpeg-op1a-mpeg2-pcm-bitexact.mxf";
+
+Bytes utf16(const std::string& ascii) {
+    Bytes out;
+    for (const char c : ascii) {
+        out.push_back(0);
+        out.push_back(static_cast<std::uint8_t>(c));
+    }
+    return out;
+}
+
+class Diff : public ::testing::Test {
+protected:
+    void SetUp() override {
+        const auto run = runVellum({"header", bitexactSample, "-o", m_klv}, m_dir);
+        ASSERT_EQ(run.exitCode, 0) << run.err;
+    }
+
+    // The instance UID of the sample's Identification set, from the `sets` listing.
+    std::string identificationUid() const {
+        const auto run = runVellum({"sets", bitexactSample}, m_dir);
+        for (const auto& set : VellumTest::parseSetsListing(run.out)) {
+            if (set.name == "Identification") {
+                return set.uid;
+            }
+        }
+        ADD_FAILURE() << "no Identification set listed";
+        return {};
+    }
+
+    VellumTest::TempDir m_dir;
+    const std::string m_klv = m_dir.file("header.klv");
+};
+
+TEST_F(Diff, AFileAndItsOwnHeaderMetadataAreEqual) {
+    for (const auto& arguments : std::vector<std::vector<std::string>>{
+             {"diff", bitexactSample, m_klv},
+             {"diff", m_klv, bitexactSample},
+             {"diff", "--partition", "0", "-q", bitexactSample, bitexactSample}}) {
+        const auto run = runVellum(arguments, m_dir);
+        EXPECT_EQ(run.exitCode, 0) << run.out << run.err;
+        EXPECT_EQ(run.out, "");
+        EXPECT_EQ(run.err, "");
+    }
+}
+
+TEST_F(Diff, AChangedStringIsOneLineAndStatusOne) {
+    Bytes bytes = VellumTest::readFile(m_klv);
+    VellumTest::replaceFirst(bytes, utf16("FFmpeg"), utf16("FFmpeG"));
+    const std::string changed = m_dir.write("changed.klv", bytes);
+
+    const auto run = runVellum({"diff", bitexactSample, changed}, m_dir);
+    EXPECT_EQ(run.exitCode, 1) << run.err;
+    EXPECT_EQ(run.out, "item changed: Identification " + identificationUid() +
+                           " CompanyName: \"FFmpeg\" -> \"FFmpeG\"\n");
+    EXPECT_EQ(run.err, "");
+
+    const auto quiet = runVellum({"diff", "--quiet", bitexactSample, changed}, m_dir);
+    EXPECT_EQ(quiet.exitCode, 1);
+    EXPECT_EQ(quiet.out, "");
+    EXPECT_EQ(quiet.err, "");
+}
+
+TEST_F(Diff, XmlDocumentsAreToldByTheirFirstBytes) {
+    const std::string xml = m_dir.file("doc.xml");
+    ASSERT_EQ(runVellum({"to-xml", "-o", xml, bitexactSample}, m_dir).exitCode, 0);
+    const Bytes document = VellumTest::readFile(xml);
+    Bytes withBom = {0xEF, 0xBB, 0xBF};
+    withBom.insert(withBom.end(), document.begin(), document.end());
+    // Blanks may come before the root element, though not before an XML declaration.
+    Bytes indented = {' ', '\n', '\t'};
+    const auto declarationEnd = std::find(document.begin(), document.end(), '>');
+    ASSERT_NE(declarationEnd, document.end());
+    indented.insert(indented.end(), declarationEnd + 1, document.end());
+
+    const auto run = runVellum(
+        {"diff", m_dir.write("bom.xml", withBom), m_dir.write("indented.xml", indented)}, m_dir);
+    EXPECT_EQ(run.exitCode, 0) << run.out << run.err;
+    EXPECT_EQ(run.out, "");
+}
+
+TEST_F(Diff, TroubleIsStatusTwoWithOneErrorLine) {
+    const std::string text = m_dir.write("notes.txt", {'h', 'e', 'l', 'l', 'o'});
+    const std::string emptyXml = m_dir.write("empty.xml", {'<', 'a', '/', '>'});
+    const struct {
+        std::vector<std::string> arguments;
+        std::string named; // what the error line must name
+    } cases[] = {
+        {{"diff", bitexactSample, m_dir.file("missing.mxf")}, "missing.mxf"},
+        {{"diff", m_dir.path().string(), bitexactSample}, "is a directory"},
+        {{"diff", bitexactSample, text}, "notes.txt"},
+        {{"diff", emptyXml, bitexactSample}, "holds no sets"},
+        {{"diff", "--partition", "footer", bitexactSample, m_klv}, "footer"},
+        {{"diff", "--dictionary", m_dir.file("none.txt"), bitexactSample, m_klv}, "dictionary"},
+        {{"diff", bitexactSample}, "missing A and B"},
+        {{"diff", bitexactSample, m_klv, m_klv}, "unexpected argument"},
+        {{"diff", "--frob", bitexactSample, m_klv}, "unknown option '--frob'"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.named);
+        const auto run = runVellum(c.arguments, m_dir);
+        EXPECT_EQ(run.exitCode, 2);
+        EXPECT_EQ(run.out, "");
+        EXPECT_TRUE(isOneErrorLine(run.err)) << run.err;
+        EXPECT_NE(run.err.find(c.named), std::string::npos) << run.err;
+    }
+}
+
+} // namespace
