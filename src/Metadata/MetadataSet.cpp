@@ -8,9 +8,13 @@
 #include "Vellum/Exceptions/InvalidLength.h"
 #include "Vellum/Exceptions/Throw.h"
 #include "Vellum/KLV/BERLength.h"
+#include "Vellum/MetaMetadata/Dictionary.h"
 #include "Vellum/MetaMetadata/MetaAttribute.h"
 #include "Vellum/MetaMetadata/MetaElement.h"
 #include "Vellum/MetaMetadata/MetaMetadataSet.h"
+#include "Vellum/MetaMetadata/MisplacedAttribute.h"
+#include "Vellum/MetaMetadata/UnknownAttribute.h"
+#include "Vellum/Metadata/PartitionDictionary.h"
 #include "Vellum/Metadata/PartitionMetadata.h"
 #include "Vellum/Metadata/SimpleElement.h"
 #include "Vellum/Metadata/Structural/StructuralMetadataULs.h"
@@ -105,6 +109,77 @@ void MetadataSet::discardInvalidElement(Element* element) {
     m_elements.erase(std::remove_if(m_elements.begin(), m_elements.end(),
                                     [element](const auto& e) { return e.get() == element; }),
                      m_elements.end());
+}
+
+std::optional<Types::UniversalLabel> MetadataSet::itemLabel(const Element& element) {
+    if (const MetaMetadata::MetaElement* meta = element.metaElement()) {
+        return meta->ul();
+    }
+    const auto* unknown =
+        dynamic_cast<const MetaMetadata::UnknownAttribute*>(element.metaAttribute().get());
+    if (unknown == nullptr) {
+        return std::nullopt;
+    }
+    if (const Types::UniversalLabel* ul = unknown->universalLabel()) {
+        return *ul;
+    }
+    const PartitionDictionary& primer = element.owner().partition().partitionDictionary();
+    if (const Types::UniversalLabel* ul = primer.lookup(unknown->localTag())) {
+        return *ul;
+    }
+    if (unknown->localTag().isStaticLocalTag()) {
+        if (const auto* meta =
+                primer.dictionary()->findElementByStaticTag(unknown->localTag().value())) {
+            return meta->ul();
+        }
+    }
+    return std::nullopt;
+}
+
+Element& MetadataSet::elementFor(const Element& like) {
+    const std::optional<Types::UniversalLabel> label = itemLabel(like);
+    if (!label) {
+        const auto* unknown =
+            dynamic_cast<const MetaMetadata::UnknownAttribute*>(like.metaAttribute().get());
+        const Types::LocalTag tag = unknown != nullptr ? unknown->localTag() : *like.localTag();
+        for (Element* element : m_invalid) {
+            if (!itemLabel(*element) && element->localTag() == tag) {
+                return *element;
+            }
+        }
+        Element* made = createInvalidElement(std::make_shared<MetaMetadata::UnknownAttribute>(
+            tag, MetaMetadata::UnknownAttribute::LocalTagNotResolved));
+        made->setLocalTag(tag);
+        return *made;
+    }
+    if (Element* defined = findElement(*label)) {
+        return *defined;
+    }
+    const KLV::Key wanted(label->data(), 16);
+    for (Element* element : m_invalid) {
+        const auto own = itemLabel(*element);
+        if (own && KLV::Key(own->data(), 16).equalsIgnoringVersion(wanted)) {
+            return *element;
+        }
+    }
+    PartitionDictionary& primer = m_partition->partitionDictionary();
+    if (const MetaMetadata::MetaElement* meta = primer.dictionary()->findElement(*label)) {
+        return *createInvalidElement(std::make_shared<MetaMetadata::MisplacedAttribute>(*meta));
+    }
+    return *createInvalidElement(
+        std::make_shared<MetaMetadata::UnknownAttribute>(primer.findOrGenerate(*label), *label));
+}
+
+void MetadataSet::removeElement(Element& element) {
+    if (std::find(m_invalid.begin(), m_invalid.end(), &element) == m_invalid.end()) {
+        element.clear();
+        return;
+    }
+    const auto position = std::find(m_order.begin(), m_order.end(), &element);
+    if (position - m_order.begin() < static_cast<std::ptrdiff_t>(m_storedCount)) {
+        --m_storedCount;
+    }
+    discardInvalidElement(&element);
 }
 
 void MetadataSet::markStored(Element& element) {

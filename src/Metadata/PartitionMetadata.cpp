@@ -5,6 +5,7 @@
 
 #include "Vellum/DataIO/DataSink.h"
 #include "Vellum/DataIO/File/FileDataSource.h"
+#include "Vellum/DataIO/Memory/MemoryDataSink.h"
 #include "Vellum/Exceptions/InvalidFormat.h"
 #include "Vellum/Exceptions/Throw.h"
 #include "Vellum/KLV/BERLength.h"
@@ -141,6 +142,57 @@ MetadataSet* PartitionMetadata::createDarkParsedGroup(const KLV::Key& key, std::
     std::unique_ptr<MetadataSet> set(new DarkParsedGroup(*this, key));
     set->setBerLength(berOctets);
     return adoptSet(std::move(set));
+}
+
+MetadataSet* PartitionMetadata::copySet(const MetadataSet& source) {
+    const MetaMetadata::MetaMetadataSet* definition = m_primer.dictionary()->findSet(source.key());
+    std::unique_ptr<MetadataSet> set(definition != nullptr
+                                         ? new MetadataSet(*this, source.key(), definition)
+                                         : new DarkParsedGroup(*this, source.key()));
+    set->createDefinedElements();
+    set->setBerLength(source.berLength());
+    for (const Element* item : source.serializationOrder()) {
+        if (item->isEmpty()) {
+            continue;
+        }
+        DataIO::Memory::MemoryDataSink bytes;
+        item->serializeValue(bytes);
+        Element& element = set->elementFor(*item);
+        element.readValue(DataIO::Slice(bytes.rawBuffer(), bytes.serializedSize()));
+        element.setLengthOctets(item->lengthOctets());
+        set->markStored(element);
+    }
+    return adoptSet(std::move(set));
+}
+
+void PartitionMetadata::removeSet(const MetadataSet& set) {
+    m_setList.erase(std::remove(m_setList.begin(), m_setList.end(), &set), m_setList.end());
+    for (auto it = m_byKey.begin(); it != m_byKey.end();) {
+        it = it->second == &set ? m_byKey.erase(it) : std::next(it);
+    }
+    m_layout.erase(std::remove_if(m_layout.begin(), m_layout.end(),
+                                  [&set](const LayoutEntry& e) { return e.set == &set; }),
+                   m_layout.end());
+    m_uidIndexValid = false;
+    m_sets.erase(std::remove_if(m_sets.begin(), m_sets.end(),
+                                [&set](const auto& owned) { return owned.get() == &set; }),
+                 m_sets.end());
+}
+
+void PartitionMetadata::removeDarkMetadataSet(const DarkMetadataSet& dark) {
+    m_darkList.remove_if([&dark](const DarkMetadataSet* d) { return d == &dark; });
+    m_layout.erase(std::remove_if(m_layout.begin(), m_layout.end(),
+                                  [&dark](const LayoutEntry& e) { return e.dark == &dark; }),
+                   m_layout.end());
+    m_darkSets.erase(std::remove_if(m_darkSets.begin(), m_darkSets.end(),
+                                    [&dark](const auto& owned) { return owned.get() == &dark; }),
+                     m_darkSets.end());
+}
+
+void PartitionMetadata::dropTrailingFill() {
+    while (!m_layout.empty() && m_layout.back().fill != 0) {
+        m_layout.pop_back();
+    }
 }
 
 void PartitionMetadata::addDarkMetadataSet(Templates::auto_ptr<DarkMetadataSet> dark) {

@@ -16,6 +16,7 @@ target_sources(Vellum_Core PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/HeaderMetadataReader.cpp
     ${CMAKE_CURRENT_LIST_DIR}/MetadataDifference.cpp
     ${CMAKE_CURRENT_LIST_DIR}/HeaderMetadataComparison.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/HeaderMetadataMerge.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ReferenceWalker.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ReferenceFactory.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ElementFactory.cpp

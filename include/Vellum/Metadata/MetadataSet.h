@@ -9,6 +9,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace Vellum::MetaMetadata {
@@ -67,6 +68,21 @@ public:
     /// Makes an invalid element for `attribute` (a misplaced or unknown element), of the kind
     /// its definition asks for (a simple element holding raw bytes for an unknown one).
     Element* createInvalidElement(Element::AttributePtr attribute);
+
+    /// The label that identifies the item `element` holds: its definition's, its own, or the
+    /// one its local tag resolves to through its partition's primer (or, for a static tag,
+    /// the dictionary). Nothing when only its local tag identifies it.
+    static std::optional<Types::UniversalLabel> itemLabel(const Element& element);
+
+    /// The element of this set that holds the same item as `like` (an element of any set:
+    /// the same label, or the same local tag when `like` has no label), made when the set
+    /// has none: a defined element, else a misplaced one the dictionary knows, else an
+    /// unknown one with a local tag from this partition's primer.
+    Element& elementFor(const Element& like);
+
+    /// Takes the item out of the set: a defined element loses its value, any other element
+    /// is removed. `element` must belong to this set.
+    void removeElement(Element& element);
 
     /// Every element in the order the set writes them: stored items first, then the others in
     /// dictionary order.

@@ -74,6 +74,22 @@ public:
     /// `berOctets` is not 1 to 9.
     MetadataSet* createDarkParsedGroup(const KLV::Key& key, std::uint8_t berOctets);
 
+    /// A copy of `source` (a set of any partition over the same dictionary), owned by this
+    /// partition: the same key, length octet count and items (same labels, same bytes); local
+    /// tags come from this partition's primer.
+    MetadataSet* copySet(const MetadataSet& source);
+
+    /// Removes `set`, which must belong to this partition, and destroys it. References to it
+    /// stay as they are.
+    void removeSet(const MetadataSet& set);
+
+    /// Removes `dark`, which must belong to this partition, and destroys it.
+    void removeDarkMetadataSet(const DarkMetadataSet& dark);
+
+    /// Removes the fill (and zero padding) that follows the last set or dark metadata set, so
+    /// that `serialize` ends with the last set; a writer adds the fill its region needs.
+    void dropTrailingFill();
+
     /// A new set, owned by the partition, with every element its definition lists and a new
     /// instance identifier. Throws InvalidFormat when the dictionary has no local set for
     /// `key`.
