@@ -2,6 +2,7 @@
 
 #include "BuildInfo.h"
 #include "Command.h"
+#include "ApplyCommand.h"
 #include "DiffCommand.h"
 #include "FromXmlCommand.h"
 #include "HeaderCommand.h"
@@ -28,6 +29,7 @@ Application::Application() {
     m_commands.push_back(std::make_unique<ToXmlCommand>());
     m_commands.push_back(std::make_unique<FromXmlCommand>());
     m_commands.push_back(std::make_unique<DiffCommand>());
+    m_commands.push_back(std::make_unique<ApplyCommand>());
 }
 
 Application::~Application() = default;
