@@ -145,7 +145,13 @@ MetadataSet* PartitionMetadata::createDarkParsedGroup(const KLV::Key& key, std::
 }
 
 MetadataSet* PartitionMetadata::copySet(const MetadataSet& source) {
-    const MetaMetadata::MetaMetadataSet* definition = m_primer.dictionary()->findSet(source.key());
+    // The dictionary names sets by their 2-byte-length coding (0x53); 0x13 is the same set.
+    auto lookup = source.key().bytes();
+    if (lookup[5] == 0x13) {
+        lookup[5] = 0x53;
+    }
+    const MetaMetadata::MetaMetadataSet* definition =
+        m_primer.dictionary()->findSet(KLV::Key(lookup));
     std::unique_ptr<MetadataSet> set(definition != nullptr
                                          ? new MetadataSet(*this, source.key(), definition)
                                          : new DarkParsedGroup(*this, source.key()));

@@ -186,6 +186,16 @@ TEST(MetadataSet, BERCodedItemLengthsWriteBack) {
     ASSERT_NE(version, nullptr);
     EXPECT_EQ(version->minor(), 2);
     EXPECT_EQ(write(*partition), bytes);
+    // A copy into another partition is the same set, with its coding and definition.
+    PartitionMetadata other(MetaMetadata::Dictionary::builtIn());
+    const Metadata::MetadataSet* copy = other.copySet(*partition->sets()[0]);
+    EXPECT_NE(copy->definition(), nullptr);
+    other.assignLocalTags();
+    DataIO::Memory::MemoryDataSink original;
+    DataIO::Memory::MemoryDataSink copied;
+    partition->sets()[0]->serialize(original);
+    copy->serialize(copied);
+    EXPECT_EQ(copied.release(), original.release());
 }
 
 // A set whose length field has `octets` octets (1 = short form).
