@@ -3,7 +3,8 @@
 # Does nothing (and needs no network) when they are all installed already.
 set -euo pipefail
 
-packages=(build-essential cmake pkg-config libgtest-dev libbenchmark-dev libxerces-c-dev)
+packages=(build-essential cmake pkg-config libgtest-dev libbenchmark-dev libxerces-c-dev
+    nlohmann-json3-dev graphviz)
 
 missing=()
 for package in "${packages[@]}"; do

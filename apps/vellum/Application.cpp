@@ -1,10 +1,11 @@
 #include "Application.h"
 
+#include "ApplyCommand.h"
 #include "BuildInfo.h"
 #include "Command.h"
-#include "ApplyCommand.h"
 #include "DiffCommand.h"
 #include "FromXmlCommand.h"
+#include "GraphCommand.h"
 #include "HeaderCommand.h"
 #include "HelpCommand.h"
 #include "InfoCommand.h"
@@ -30,6 +31,7 @@ Application::Application() {
     m_commands.push_back(std::make_unique<FromXmlCommand>());
     m_commands.push_back(std::make_unique<DiffCommand>());
     m_commands.push_back(std::make_unique<ApplyCommand>());
+    m_commands.push_back(std::make_unique<GraphCommand>());
 }
 
 Application::~Application() = default;

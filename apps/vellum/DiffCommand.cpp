@@ -2,7 +2,9 @@
 
 #include "ArgumentParser.h"
 #include "ErrorPrefix.h"
+#include "JsonOutput.h"
 #include "PartitionInput.h"
+#include "UsageError.h"
 
 #include "Vellum/DataIO/File/FileDataSource.h"
 #include "Vellum/Exceptions/BaseException.h"
@@ -57,7 +59,7 @@ std::string DiffCommand::summary() const {
 }
 
 std::string DiffCommand::synopsis() const {
-    return "vellum diff [--partition P] [--dictionary FILE]... [--quiet] A B";
+    return "vellum diff [--partition P] [--dictionary FILE]... [--quiet | --json] A B";
 }
 
 std::string DiffCommand::description() const {
@@ -68,22 +70,27 @@ std::string DiffCommand::description() const {
            "partition --partition chooses), an XML document as 'vellum to-xml' writes it, or\n"
            "header metadata alone as 'vellum header' writes it, told apart by their first\n"
            "bytes. Sets are matched by instance UID, items by label, values by their stored\n"
-           "bytes; set order, local tags and fill do not count. Exit status: 0 equal,\n"
+           "bytes; set order, local tags and fill do not count. With --json, the result is\n"
+           "one JSON document instead, with every value whole. Exit status: 0 equal,\n"
            "1 different, 2 trouble.\n";
 }
 
 std::string DiffCommand::optionHelp() const {
     return "  -q, --quiet        print nothing; only the exit status tells\n" +
-           PartitionInput::optionHelp();
+           PartitionInput::optionHelp() + JsonOutput::optionHelp();
 }
 
 void DiffCommand::declareOptions(ArgumentParser& parser) const {
     parser.addFlag("quiet", 'q');
     PartitionInput::declareOptions(parser);
+    JsonOutput::declareOption(parser);
 }
 
 int DiffCommand::run(const ArgumentParser& arguments, std::ostream& out) {
     arguments.requirePositionals(2, 2, "A and B");
+    if (arguments.flag("quiet") && JsonOutput::requested(arguments)) {
+        throw UsageError("options '--quiet' and '--json' exclude each other", synopsis());
+    }
     const std::string which = arguments.value("partition").value_or("header");
     std::vector<Metadata::MetadataDifference> differences;
     try {
@@ -98,7 +105,9 @@ int DiffCommand::run(const ArgumentParser& arguments, std::ostream& out) {
         std::cerr << "vellum: error: " << error.what() << std::endl;
         return exitTrouble;
     }
-    if (!arguments.flag("quiet")) {
+    if (JsonOutput::requested(arguments)) {
+        JsonOutput::write(toJson(differences), out);
+    } else if (!arguments.flag("quiet")) {
         for (const auto& difference : differences) {
             out << describe(difference, maxValueCharacters) << '\n';
         }
@@ -167,6 +176,48 @@ void DiffCommand::importXml(const std::string& path, Metadata::PartitionMetadata
                                         "': the document holds no sets of header metadata (no "
                                         "element the dictionary knows)");
     }
+}
+
+JsonOutput::Document
+DiffCommand::toJson(const std::vector<Metadata::MetadataDifference>& differences) {
+    // Empty texts mean "does not apply" in a difference; JSON says so with null.
+    const auto text = [](const WString& value) {
+        return value.empty() ? JsonOutput::Document(nullptr)
+                             : JsonOutput::Document(Utils::wstringToString(value));
+    };
+    JsonOutput::Document list = JsonOutput::Document::array();
+    for (const Metadata::MetadataDifference& difference : differences) {
+        list.push_back({{"kind", kindKey(difference.kind)},
+                        {"setName", text(difference.setName)},
+                        {"setIdentifier", text(difference.setIdentifier)},
+                        {"elementName", text(difference.elementName)},
+                        {"oldValue", text(difference.oldValue)},
+                        {"newValue", text(difference.newValue)}});
+    }
+    return {{"equal", differences.empty()}, {"differences", std::move(list)}};
+}
+
+const char* DiffCommand::kindKey(Metadata::MetadataDifference::Kind kind) noexcept {
+    using Kind = Metadata::MetadataDifference::Kind;
+    switch (kind) {
+    case Kind::SetAdded:
+        return "setAdded";
+    case Kind::SetRemoved:
+        return "setRemoved";
+    case Kind::SetKeyChanged:
+        return "setKeyChanged";
+    case Kind::ItemAdded:
+        return "itemAdded";
+    case Kind::ItemRemoved:
+        return "itemRemoved";
+    case Kind::ItemChanged:
+        return "itemChanged";
+    case Kind::DarkSetAdded:
+        return "darkSetAdded";
+    case Kind::DarkSetRemoved:
+        return "darkSetRemoved";
+    }
+    return "unknown";
 }
 
 std::string DiffCommand::describe(const Metadata::MetadataDifference& difference,

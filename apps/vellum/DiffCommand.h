@@ -2,11 +2,14 @@
 #define VELLUM_APP_DIFFCOMMAND_H
 
 #include "Command.h"
+#include "JsonOutput.h"
 
+#include "Vellum/Metadata/MetadataDifference.h"
 #include "Vellum/Templates/Templates.h"
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace Vellum::MetaMetadata {
 class Dictionary;
@@ -14,14 +17,14 @@ class Dictionary;
 
 namespace Vellum::Metadata {
 class PartitionMetadata;
-struct MetadataDifference;
 } // namespace Vellum::Metadata
 
 namespace Vellum::App {
 
 /// "vellum diff A B": compares the header metadata of two sources, each an MXF file, an XML
 /// document as "to-xml" writes it, or header metadata alone as "header" writes it. One line
-/// per difference; exit status 0 when equal, 1 when different, 2 on trouble, as diff(1).
+/// per difference, or one JSON document with "--json"; exit status 0 when equal, 1 when
+/// different, 2 on trouble, as diff(1).
 class DiffCommand : public Command {
 public:
     std::string name() const override;
@@ -40,6 +43,13 @@ public:
     /// characters are cut there and marked with the number of characters left out.
     static std::string describe(const Metadata::MetadataDifference& difference,
                                 std::size_t maxValue);
+
+    /// The result as a JSON document: "equal" and the list of "differences", each with the
+    /// fields of Metadata::MetadataDifference (null where a text is empty).
+    static JsonOutput::Document
+    toJson(const std::vector<Metadata::MetadataDifference>& differences);
+    /// The lowerCamel word for `kind` in JSON ("setAdded", "itemChanged" ...).
+    static const char* kindKey(Metadata::MetadataDifference::Kind kind) noexcept;
 
 protected:
     std::string description() const override;

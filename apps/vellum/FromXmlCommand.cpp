@@ -2,6 +2,7 @@
 
 #include "ArgumentParser.h"
 #include "ErrorPrefix.h"
+#include "InputFile.h"
 #include "OutputFile.h"
 #include "PartitionInput.h"
 #include "UsageError.h"
@@ -22,7 +23,6 @@
 #include <iostream>
 #include <optional>
 #include <ostream>
-#include <system_error>
 
 namespace Vellum::App {
 
@@ -47,7 +47,8 @@ std::string FromXmlCommand::description() const {
            "damaged OUT behind; '-o -' writes to standard output. With --xml the imported\n"
            "header metadata is written as XML again instead (to standard output without\n"
            "-o), which shows how an edited document reads back; the XML options below apply\n"
-           "only then. Prints nothing else on success unless --verbose is given.\n";
+           "only then. Prints nothing else on success unless --verbose is given. DOC '-'\n"
+           "reads standard input.\n";
 }
 
 std::string FromXmlCommand::optionHelp() const {
@@ -101,9 +102,10 @@ int FromXmlCommand::run(const ArgumentParser& arguments, std::ostream& out) {
     const std::optional<XmlOutput> xml =
         asXml ? std::optional<XmlOutput>(std::in_place, arguments) : std::nullopt;
 
-    const std::string& path = arguments.positionals().front();
     Metadata::PartitionMetadata partition(PartitionInput::loadDictionary(arguments));
-    import(path, partition,
+    const InputFile input(arguments.positionals().front());
+    const std::string& path = input.name();
+    import(input, partition,
            arguments.flag("new-identifiers") ? XML2Partition::Identifiers::Renew
                                              : XML2Partition::Identifiers::Keep);
     std::string bytes;
@@ -126,12 +128,9 @@ int FromXmlCommand::run(const ArgumentParser& arguments, std::ostream& out) {
     return 0;
 }
 
-void FromXmlCommand::import(const std::string& path, Metadata::PartitionMetadata& partition,
+void FromXmlCommand::import(const InputFile& input, Metadata::PartitionMetadata& partition,
                             XML2Partition::Identifiers identifiers) {
-    std::error_code ignored;
-    if (std::filesystem::is_directory(path, ignored)) {
-        VELLUM_THROW(IOError, "'" + path + "' is a directory, not a file");
-    }
+    const std::string& path = input.path();
     // Opening it first reports a missing or unreadable document as such.
     { const DataIO::File::FileDataSource probe(path); }
     const WString widePath = Utils::stringToWstring(path);
@@ -140,17 +139,17 @@ void FromXmlCommand::import(const std::string& path, Metadata::PartitionMetadata
     } catch (const Exceptions::BaseException& error) {
         // Parser errors name the document already; faults in its content do not.
         const std::string name = std::filesystem::path(path).filename().string();
-        if (error.utf8Message().find(name) != std::string::npos) {
+        if (!input.readsStandardInput() && error.utf8Message().find(name) != std::string::npos) {
             throw;
         }
-        ErrorPrefix::rethrow(error, "'" + path + "': ");
+        ErrorPrefix::rethrow(error, input.quotedName() + ": ");
     }
     // The import skips elements it does not know; a document with nothing it knows is not
     // header metadata, and writing an empty primer pack for it would hide the mistake.
     if (partition.sets().empty() && partition.darkCount() == 0) {
         const std::string problem = "the document holds no sets of header metadata (no element "
                                     "the dictionary knows)";
-        VELLUM_THROW(InvalidFormat, "'" + path + "': " + problem);
+        VELLUM_THROW(InvalidFormat, input.quotedName() + ": " + problem);
     }
 }
 

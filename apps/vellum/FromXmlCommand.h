@@ -13,6 +13,8 @@ class PartitionMetadata;
 
 namespace Vellum::App {
 
+class InputFile;
+
 /// "vellum from-xml DOC.xml -o HEADER.klv": imports an XML document of header metadata and
 /// writes it as KLV (primer pack and sets), or, with "--xml", as XML again.
 class FromXmlCommand : public Command {
@@ -34,8 +36,10 @@ protected:
     int run(const ArgumentParser& arguments, std::ostream& out) override;
 
 private:
-    // Reads the document at `path` into `partition`; throws InvalidFormat when it holds no set.
-    static void import(const std::string& path, Metadata::PartitionMetadata& partition,
+    // Reads the XML document `input` into `partition`; throws IOError when it cannot be read,
+    // ParseError/InvalidFormat (naming the document) for a malformed one or one the import
+    // cannot map, and InvalidFormat when it holds no set.
+    static void import(const InputFile& input, Metadata::PartitionMetadata& partition,
                        XML2Partition::Identifiers identifiers = XML2Partition::Identifiers::Keep);
     // Throws UsageError when an option that only shapes XML output is given without --xml.
     void checkXmlOptions(const ArgumentParser& arguments) const;

@@ -65,7 +65,8 @@ std::string HeaderCommand::description() const {
            "Vellum reads unchanged, that is byte for byte the HeaderByteCount bytes that start\n"
            "at the primer pack. OUT is replaced only when every byte is written, so a failure\n"
            "never leaves a partial or damaged OUT behind. '-o -' writes to standard output.\n"
-           "Prints nothing on success unless --verbose is given.\n";
+           "Prints nothing on success unless --verbose is given. FILE '-' reads standard\n"
+           "input.\n";
 }
 
 std::string HeaderCommand::optionHelp() const {

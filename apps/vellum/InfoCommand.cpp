@@ -1,6 +1,7 @@
 #include "InfoCommand.h"
 
 #include "ArgumentParser.h"
+#include "JsonOutput.h"
 #include "PartitionInput.h"
 #include "TextTable.h"
 
@@ -77,7 +78,7 @@ std::string InfoCommand::summary() const {
 }
 
 std::string InfoCommand::synopsis() const {
-    return "vellum info [--partition P] [--dictionary FILE]... FILE";
+    return "vellum info [--partition P] [--dictionary FILE]... [--json] FILE";
 }
 
 std::string InfoCommand::description() const {
@@ -88,19 +89,26 @@ std::string InfoCommand::description() const {
            "elements the dictionary does not know (unknown), places in other sets\n"
            "(misplaced), or knows but whose value does not fit its type and is kept as raw\n"
            "bytes (unreadable); then the number of sets of each name. A local set the\n"
-           "dictionary does not know is counted as '(unknown set KEY)'.\n";
+           "dictionary does not know is counted as '(unknown set KEY)'. FILE '-' reads\n"
+           "standard input.\n";
 }
 
 std::string InfoCommand::optionHelp() const {
-    return PartitionInput::optionHelp();
+    return PartitionInput::optionHelp() + JsonOutput::optionHelp();
 }
 
 void InfoCommand::declareOptions(ArgumentParser& parser) const {
     PartitionInput::declareOptions(parser);
+    JsonOutput::declareOption(parser);
 }
 
 int InfoCommand::run(const ArgumentParser& arguments, std::ostream& out) {
     const PartitionInput input(arguments);
+    if (JsonOutput::requested(arguments)) {
+        const PartitionInput::HeaderMetadata metadata = input.readMetadata();
+        JsonOutput::write(toJson(input, metadata), out);
+        return 0;
+    }
     printFile(input, out);
     printPartitions(input.file(), out);
     out.flush();
@@ -152,27 +160,83 @@ void InfoCommand::printPartitions(const MXF::MXFFile& file, std::ostream& out) {
     table.print(out, "  ");
 }
 
-void InfoCommand::printMetadata(const Metadata::PartitionMetadata& metadata, std::ostream& out) {
-    std::map<std::string, std::size_t> byName;
+InfoCommand::Summary InfoCommand::summarise(const Metadata::PartitionMetadata& metadata) {
+    Summary summary;
     InvalidElementCounter counter(*metadata.partitionDictionary().dictionary());
     for (const Metadata::MetadataSet* set : metadata.sets()) {
-        ++byName[setName(*set)];
+        ++summary.byName[setName(*set)];
         for (auto element = set->invalidBegin(); element != set->invalidEnd(); ++element) {
             (*element)->metaAttribute()->accept(counter);
         }
     }
+    summary.unknown = counter.unknown();
+    summary.misplaced = counter.misplaced();
+    summary.unreadable = counter.unreadable();
+    return summary;
+}
+
+void InfoCommand::printMetadata(const Metadata::PartitionMetadata& metadata, std::ostream& out) {
+    const Summary summary = summarise(metadata);
     out << "  " << label("primer entries") << metadata.partitionDictionary().size() << '\n'
         << "  " << label("sets") << metadata.sets().size() << '\n'
         << "  " << label("dark metadata sets") << metadata.darkCount() << '\n'
-        << "  " << label("unknown elements") << counter.unknown() << '\n'
-        << "  " << label("misplaced elements") << counter.misplaced() << '\n'
-        << "  " << label("unreadable elements") << counter.unreadable() << '\n';
+        << "  " << label("unknown elements") << summary.unknown << '\n'
+        << "  " << label("misplaced elements") << summary.misplaced << '\n'
+        << "  " << label("unreadable elements") << summary.unreadable << '\n';
     TextTable table({{"count", TextTable::Align::Right}, {"set", TextTable::Align::Left}});
-    for (const auto& entry : byName) {
+    for (const auto& entry : summary.byName) {
         table.addRow({std::to_string(entry.second), entry.first});
     }
-    out << "\nsets by name: " << byName.size() << '\n';
+    out << "\nsets by name: " << summary.byName.size() << '\n';
     table.print(out, "  ");
+}
+
+JsonOutput::Document InfoCommand::toJson(const PartitionInput& input,
+                                         const PartitionInput::HeaderMetadata& header) {
+    const MXF::MXFFile& file = input.file();
+    JsonOutput::Document randomIndexPack = nullptr;
+    if (file.randomIndexPack()) {
+        randomIndexPack = {{"entries", file.randomIndexPack()->entries().size()},
+                           {"offset", file.randomIndexPack()->offset()}};
+    }
+    JsonOutput::Document partitions = JsonOutput::Document::array();
+    std::size_t index = 0;
+    for (const MXF::PartitionPack& pack : file.partitions()) {
+        partitions.push_back({{"index", index++},
+                              {"kind", pack.kindName()},
+                              {"status", pack.statusName()},
+                              {"offset", pack.offset()},
+                              {"headerByteCount", pack.headerByteCount()},
+                              {"indexByteCount", pack.indexByteCount()},
+                              {"bodySID", pack.bodySID()},
+                              {"indexSID", pack.indexSID()}});
+    }
+    const Metadata::PartitionMetadata& metadata = *header.partition;
+    const Summary summary = summarise(metadata);
+    JsonOutput::Document byName = JsonOutput::Document::array();
+    for (const auto& entry : summary.byName) {
+        byName.push_back({{"name", entry.first}, {"count", entry.second}});
+    }
+    return {{"file",
+             {{"name", input.path()},
+              {"size", input.fileSize()},
+              {"runIn", file.runInLength()},
+              {"partitionsFoundThrough", file.discovery()},
+              {"randomIndexPack", std::move(randomIndexPack)},
+              {"problems", file.problems()}}},
+            {"partitions", std::move(partitions)},
+            {"headerMetadata",
+             {{"partition", input.partitionIndex()},
+              {"kind", input.partition().kindName()},
+              {"offset", header.offset},
+              {"size", header.size},
+              {"primerEntries", metadata.partitionDictionary().size()},
+              {"sets", metadata.sets().size()},
+              {"darkMetadataSets", metadata.darkCount()},
+              {"unknownElements", summary.unknown},
+              {"misplacedElements", summary.misplaced},
+              {"unreadableElements", summary.unreadable},
+              {"setsByName", std::move(byName)}}}};
 }
 
 } // namespace Vellum::App

@@ -1,6 +1,7 @@
 #include "KlvCommand.h"
 
 #include "ArgumentParser.h"
+#include "InputFile.h"
 #include "KeyDescription.h"
 #include "RunIn.h"
 
@@ -15,10 +16,8 @@
 #include <cctype>
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <ostream>
 #include <string>
-#include <system_error>
 
 namespace Vellum::App {
 namespace {
@@ -100,7 +99,8 @@ std::string KlvCommand::description() const {
            "random index pack).\n"
            "A file that does not start with a SMPTE key may have a run-in of up to 65535 bytes\n"
            "before its first partition pack; the listing starts at that pack.\n"
-           "A malformed or truncated file is listed up to the fault, which is then reported.\n";
+           "A malformed or truncated file is listed up to the fault, which is then reported.\n"
+           "FILE '-' reads standard input.\n";
 }
 
 std::string KlvCommand::optionHelp() const {
@@ -113,18 +113,14 @@ void KlvCommand::declareOptions(ArgumentParser& parser) const {
 
 int KlvCommand::run(const ArgumentParser& arguments, std::ostream& out) {
     arguments.requirePositionals(1, 1, "FILE");
-    const std::string& path = arguments.positionals().front();
     const std::optional<std::uint64_t> limit = arguments.positiveNumber("limit");
-    std::error_code ignored;
-    if (std::filesystem::is_directory(path, ignored)) {
-        VELLUM_THROW(IOError, "'" + path + "' is a directory, not a file");
-    }
-    DataIO::File::FileDataSource source(path);
+    const InputFile input(arguments.positionals().front());
+    DataIO::File::FileDataSource source(input.path());
     if (source.size() == 0) {
-        VELLUM_THROW(InvalidFormat, "'" + path + "' is empty: it holds no KLV triplets");
+        VELLUM_THROW(InvalidFormat, input.quotedName() + " is empty: it holds no KLV triplets");
     }
-    const std::uint64_t start = findKlvStart(source, path);
-    out << "file: " << path << " (" << source.size() << " bytes)\n";
+    const std::uint64_t start = findKlvStart(source, input.name());
+    out << "file: " << input.name() << " (" << source.size() << " bytes)\n";
     if (start > 0) {
         out << "run-in: " << start << " bytes before the first partition pack\n";
     }

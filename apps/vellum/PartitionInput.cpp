@@ -2,6 +2,7 @@
 
 #include "ArgumentParser.h"
 #include "ErrorPrefix.h"
+#include "InputFile.h"
 
 #include "Vellum/DataIO/File/FileDataSource.h"
 #include "Vellum/Exceptions/BaseException.h"
@@ -48,24 +49,24 @@ std::string PartitionInput::optionHelp() {
 
 PartitionInput::PartitionInput(const ArgumentParser& arguments) {
     arguments.requirePositionals(1, 1, "FILE");
-    m_path = arguments.positionals().front();
     const std::string which = arguments.value("partition").value_or("header");
     m_dictionary = loadDictionary(arguments);
-    std::error_code ignored;
-    if (std::filesystem::is_directory(m_path, ignored)) {
-        VELLUM_THROW(IOError, "'" + m_path + "' is a directory, not a file");
-    }
-    m_source = std::make_unique<DataIO::File::FileDataSource>(m_path);
+    m_input = std::make_unique<InputFile>(arguments.positionals().front());
+    m_source = std::make_unique<DataIO::File::FileDataSource>(m_input->path());
     try {
         m_file = std::make_unique<MXF::MXFFile>(*m_source);
         m_partition = &m_file->choosePartition(which);
     } catch (const Exceptions::BaseException& error) {
-        ErrorPrefix::rethrow(error, "'" + m_path + "': ");
+        ErrorPrefix::rethrow(error, m_input->quotedName() + ": ");
     }
     m_partitionIndex = static_cast<std::size_t>(m_partition - m_file->partitions().data());
 }
 
 PartitionInput::~PartitionInput() = default;
+
+const std::string& PartitionInput::path() const noexcept {
+    return m_input->name();
+}
 
 std::uint64_t PartitionInput::fileSize() const noexcept {
     return m_source->size();
@@ -80,7 +81,7 @@ PartitionInput::HeaderMetadata PartitionInput::readMetadata() const {
         result.partition = Metadata::PartitionMetadata::read(
             {bytes.bytes.data(), bytes.bytes.size()}, bytes.offset, m_dictionary);
     } catch (const Exceptions::BaseException& error) {
-        ErrorPrefix::rethrow(error, "'" + m_path + "': ");
+        ErrorPrefix::rethrow(error, m_input->quotedName() + ": ");
     }
     return result;
 }

@@ -28,6 +28,7 @@ class PartitionMetadata;
 namespace Vellum::App {
 
 class ArgumentParser;
+class InputFile;
 
 /// The MXF file a command reads and the partition whose header metadata it looks at, chosen
 /// by the options these commands share: "--partition header|footer|N" (default header) and
@@ -55,19 +56,19 @@ public:
     loadDictionary(const ArgumentParser& arguments);
 
     /// Builds the dictionary (built-in, then every "--dictionary" file in order), opens the
-    /// one positional argument FILE, finds its partitions and chooses the one "--partition"
-    /// names. Throws UsageError for a missing or extra FILE; IOError for a file (or dictionary
-    /// file) that cannot be read; InvalidFormat for a faulty dictionary file, a file that is
-    /// not MXF, or a partition that does not exist or carries no header metadata;
-    /// InvalidFormat/InvalidLength naming the offset for a malformed partition pack. Messages
-    /// about the file start with its name.
+    /// one positional argument FILE ("-" reads standard input, see InputFile), finds its partitions
+    /// and chooses the one "--partition" names. Throws UsageError for a missing or extra FILE;
+    /// IOError for a file (or dictionary file) that cannot be read; InvalidFormat for a faulty
+    /// dictionary file, a file that is not MXF, or a partition that does not exist or carries no
+    /// header metadata; InvalidFormat/InvalidLength naming the offset for a malformed partition
+    /// pack. Messages about the file start with its name.
     explicit PartitionInput(const ArgumentParser& arguments);
     PartitionInput(const PartitionInput&) = delete;
     PartitionInput& operator=(const PartitionInput&) = delete;
     ~PartitionInput();
 
-    /// The path of the file, as given.
-    const std::string& path() const noexcept { return m_path; }
+    /// The file's name for listings: the path as given, or "standard input" for "-".
+    const std::string& path() const noexcept;
     /// The size of the file in bytes.
     std::uint64_t fileSize() const noexcept;
     /// The partition structure of the file (owned here).
@@ -84,7 +85,7 @@ public:
     HeaderMetadata readMetadata() const;
 
 private:
-    std::string m_path;
+    std::unique_ptr<InputFile> m_input; // before m_source: the file must outlive its reader
     Templates::SharedPtr<MetaMetadata::Dictionary> m_dictionary;
     std::unique_ptr<DataIO::File::FileDataSource> m_source;
     std::unique_ptr<MXF::MXFFile> m_file;

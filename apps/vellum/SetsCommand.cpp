@@ -1,17 +1,14 @@
 #include "SetsCommand.h"
 
 #include "ArgumentParser.h"
+#include "JsonOutput.h"
 #include "PartitionInput.h"
+#include "SetReferences.h"
 #include "TextTable.h"
 
 #include "Vellum/MXF/PartitionPack.h"
-#include "Vellum/MetaMetadata/MetaElement.h"
 #include "Vellum/MetaMetadata/MetaMetadataSet.h"
 #include "Vellum/Metadata/PartitionMetadata.h"
-#include "Vellum/Metadata/ReferenceArrayElement.h"
-#include "Vellum/Metadata/ReferenceBatchElement.h"
-#include "Vellum/Metadata/ReferenceElement.h"
-#include "Vellum/Metadata/Visitors/ElementVisitor.h"
 #include "Vellum/Utils/StringConversion.h"
 
 #include <algorithm>
@@ -24,52 +21,6 @@
 
 namespace Vellum::App {
 namespace {
-
-// One reference held by an element: the element's name (with the item index for a batch or
-// an array), whether it is weak, and the target's instance identifier.
-struct HeldReference {
-    std::string element;
-    bool weak = false;
-    Types::UUID target;
-};
-
-// Collects the references an element holds.
-class ReferenceCollector : public Metadata::Visitors::ElementVisitor {
-public:
-    explicit ReferenceCollector(std::vector<HeldReference>& found) noexcept
-        : m_found(found) {}
-
-    void visit(const Metadata::ReferenceBatchElement& element) override { collection(element); }
-    void visit(const Metadata::ReferenceArrayElement& element) override { collection(element); }
-    void visit(const Metadata::ReferenceElement& element) override {
-        if (element.value() != nullptr) {
-            m_found.push_back({elementName(element), isWeak(element), element.value()->uuid()});
-        }
-    }
-    void visit(const Metadata::BatchElement& /*element*/) override {}
-    void visit(const Metadata::ArrayElement& /*element*/) override {}
-    void visit(const Metadata::SimpleElement& /*element*/) override {}
-
-private:
-    static std::string elementName(const Metadata::Element& element) {
-        const MetaMetadata::MetaElement* meta = element.metaElement();
-        return meta != nullptr ? Utils::wstringToString(meta->name()) : "(unknown)";
-    }
-    static bool isWeak(const Metadata::Element& element) {
-        const MetaMetadata::MetaElement* meta = element.metaElement();
-        return meta != nullptr &&
-               meta->referenceKind() == MetaMetadata::MetaElement::ReferenceKind::Weak;
-    }
-    void collection(const Metadata::ReferenceCollectionElement& element) {
-        const std::string name = elementName(element);
-        for (std::uint32_t i = 0; i < element.size(); ++i) {
-            m_found.push_back({name + "[" + std::to_string(i) + "]", isWeak(element),
-                               element.referenceAt(i).uuid()});
-        }
-    }
-
-    std::vector<HeldReference>& m_found;
-};
 
 std::string setName(const Metadata::MetadataSet& set) {
     return set.definition() != nullptr ? Utils::wstringToString(set.definition()->name())
@@ -108,7 +59,7 @@ std::string SetsCommand::summary() const {
 }
 
 std::string SetsCommand::synopsis() const {
-    return "vellum sets [--partition P] [--dictionary FILE]... FILE";
+    return "vellum sets [--partition P] [--dictionary FILE]... [--json] FILE";
 }
 
 std::string SetsCommand::description() const {
@@ -119,21 +70,27 @@ std::string SetsCommand::description() const {
            "the element (with the item index in a batch or an array), the instance UID it\n"
            "names, and the name of the set that has that UID ('unknown set' for a set the\n"
            "dictionary does not know), or 'dangling' when none has; weak references are\n"
-           "marked. Then one line per dark metadata set: key and length.\n";
+           "marked. Then one line per dark metadata set: key and length. FILE '-' reads\n"
+           "standard input.\n";
 }
 
 std::string SetsCommand::optionHelp() const {
-    return PartitionInput::optionHelp();
+    return PartitionInput::optionHelp() + JsonOutput::optionHelp();
 }
 
 void SetsCommand::declareOptions(ArgumentParser& parser) const {
     PartitionInput::declareOptions(parser);
+    JsonOutput::declareOption(parser);
 }
 
 int SetsCommand::run(const ArgumentParser& arguments, std::ostream& out) {
     const PartitionInput input(arguments);
     const PartitionInput::HeaderMetadata header = input.readMetadata();
     const Metadata::PartitionMetadata& metadata = *header.partition;
+    if (JsonOutput::requested(arguments)) {
+        JsonOutput::write(toJson(input, header), out);
+        return 0;
+    }
     using Align = TextTable::Align;
     TextTable table({{"index", Align::Right},
                      {"set", Align::Left},
@@ -159,21 +116,58 @@ int SetsCommand::run(const ArgumentParser& arguments, std::ostream& out) {
 
 void SetsCommand::addReferences(const Metadata::MetadataSet& set,
                                 const Metadata::PartitionMetadata& metadata, TextTable& table) {
-    std::vector<HeldReference> references;
-    ReferenceCollector collector(references);
-    for (const Metadata::Element* element : set.serializationOrder()) {
-        element->accept(collector);
-    }
+    const std::vector<SetReferences::Reference> references = SetReferences::of(set);
     std::size_t width = 0;
-    for (const HeldReference& reference : references) {
-        width = std::max(width, reference.element.size());
+    for (const SetReferences::Reference& reference : references) {
+        width = std::max(width, reference.label().size());
     }
-    for (const HeldReference& reference : references) {
-        const std::string padding(width - reference.element.size(), ' ');
-        table.addNote("       " + reference.element + padding + " -> " +
-                      uuidText(reference.target) + " (" + targetText(metadata, reference.target) +
-                      (reference.weak ? ", weak)" : ")"));
+    for (const SetReferences::Reference& reference : references) {
+        const std::string label = reference.label();
+        const std::string padding(width - label.size(), ' ');
+        table.addNote("       " + label + padding + " -> " + uuidText(reference.target) + " (" +
+                      targetText(metadata, reference.target) + (reference.weak ? ", weak)" : ")"));
     }
+}
+
+JsonOutput::Document SetsCommand::toJson(const PartitionInput& input,
+                                         const PartitionInput::HeaderMetadata& header) {
+    const Metadata::PartitionMetadata& metadata = *header.partition;
+    JsonOutput::Document sets = JsonOutput::Document::array();
+    std::size_t index = 0;
+    for (const Metadata::MetadataSet* set : metadata.sets()) {
+        JsonOutput::Document references = JsonOutput::Document::array();
+        for (const SetReferences::Reference& reference : SetReferences::of(*set)) {
+            const auto& targets = metadata.findByInstanceUID(reference.target);
+            const auto* definition = targets.empty() ? nullptr : targets.front()->definition();
+            references.push_back(
+                {{"element", reference.element},
+                 {"item", reference.item ? JsonOutput::Document(*reference.item) : nullptr},
+                 {"weak", reference.weak},
+                 {"target", JsonOutput::identifier(reference.target)},
+                 {"targetSet", definition != nullptr ? JsonOutput::Document(Utils::wstringToString(
+                                                           definition->name()))
+                                                     : nullptr},
+                 {"targetCount", targets.size()}});
+        }
+        const Types::UUID* uid = set->instanceUID();
+        sets.push_back(
+            {{"index", index++},
+             {"name", set->definition() != nullptr ? JsonOutput::Document(setName(*set)) : nullptr},
+             {"key", set->key().toUtf8()},
+             {"instanceUID", uid != nullptr ? JsonOutput::Document(uuidText(*uid)) : nullptr},
+             {"values", set->valueCount()},
+             {"references", std::move(references)}});
+    }
+    JsonOutput::Document dark = JsonOutput::Document::array();
+    for (auto set = metadata.darkBegin(); set != metadata.darkEnd(); ++set) {
+        dark.push_back({{"key", (*set)->key().toUtf8()}, {"length", (*set)->value()->size()}});
+    }
+    return {
+        {"file", input.path()},
+        {"partition", {{"index", input.partitionIndex()}, {"kind", input.partition().kindName()}}},
+        {"headerMetadata", {{"offset", header.offset}, {"size", header.size}}},
+        {"sets", std::move(sets)},
+        {"darkMetadataSets", std::move(dark)}};
 }
 
 void SetsCommand::printDarkSets(const Metadata::PartitionMetadata& metadata, std::ostream& out) {

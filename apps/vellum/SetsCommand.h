@@ -2,6 +2,8 @@
 #define VELLUM_APP_SETSCOMMAND_H
 
 #include "Command.h"
+#include "JsonOutput.h"
+#include "PartitionInput.h"
 
 namespace Vellum::Metadata {
 class MetadataSet;
@@ -13,7 +15,8 @@ namespace Vellum::App {
 class TextTable;
 
 /// "vellum sets FILE": one line per set of the header metadata of a partition, in stored
-/// order, with the references it holds and where they lead, then the dark metadata sets.
+/// order, with the references it holds and where they lead, then the dark metadata sets; with
+/// "--json", the same as one JSON document.
 class SetsCommand : public Command {
 public:
     std::string name() const override;
@@ -31,6 +34,9 @@ private:
     // Adds one note per reference `set` holds, in element order, to `table`.
     static void addReferences(const Metadata::MetadataSet& set,
                               const Metadata::PartitionMetadata& metadata, TextTable& table);
+    // The listing as a JSON document.
+    static JsonOutput::Document toJson(const PartitionInput& input,
+                                       const PartitionInput::HeaderMetadata& header);
     static void printDarkSets(const Metadata::PartitionMetadata& metadata, std::ostream& out);
 };
 

@@ -32,7 +32,7 @@ std::string ToXmlCommand::description() const {
            "references, then the dark metadata and the sets nothing reaches, under\n"
            "groups:FloatingDarkMetadata. The XML goes to standard output, or to OUT, which\n"
            "is replaced only once every byte is written. Header metadata without a Preface\n"
-           "is an error.\n";
+           "is an error. FILE '-' reads standard input.\n";
 }
 
 std::string ToXmlCommand::optionHelp() const {

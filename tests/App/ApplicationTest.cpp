@@ -23,8 +23,9 @@ TEST_F(Application, EveryWayOfAskingForTheUsageListsTheCommands) {
         EXPECT_EQ(run.exitCode, 0);
         EXPECT_EQ(run.err, "");
         EXPECT_NE(run.out.find("usage: vellum COMMAND"), std::string::npos) << run.out;
-        for (const char* command : {"\n  help ", "\n  version ", "\n  klv ", "\n  info ",
-                                    "\n  sets ", "\n  header ", "\n  to-xml ", "\n  from-xml "}) {
+        for (const char* command :
+             {"\n  help ", "\n  version ", "\n  klv ", "\n  info ", "\n  sets ", "\n  header ",
+              "\n  to-xml ", "\n  from-xml ", "\n  graph "}) {
             EXPECT_NE(run.out.find(command), std::string::npos) << command;
         }
     }
@@ -42,8 +43,13 @@ TEST_F(Application, EachCommandHasItsOwnHelp) {
         {{"help", "klv"}, "usage: vellum klv [--limit N] FILE\n"},
         {{"version", "--help"}, "usage: vellum version\n"},
         {{"help", "help"}, "usage: vellum help [COMMAND]\n"},
-        {{"info", "--help"}, "usage: vellum info [--partition P] [--dictionary FILE]... FILE\n"},
-        {{"help", "sets"}, "usage: vellum sets [--partition P] [--dictionary FILE]... FILE\n"},
+        {{"info", "--help"},
+         "usage: vellum info [--partition P] [--dictionary FILE]... [--json] FILE\n"},
+        {{"help", "sets"},
+         "usage: vellum sets [--partition P] [--dictionary FILE]... [--json] FILE\n"},
+        {{"help", "graph"},
+         "usage: vellum graph [--partition P] [--dictionary FILE]... [--all-sets] "
+         "[--format dot|svg] [-o OUT] FILE\n"},
         {{"header", "-h"},
          "usage: vellum header [--partition P] [--dictionary FILE]... "
          "[--verbose] -o OUT FILE\n"},

@@ -42,14 +42,20 @@ bool isDigit(char c) {
 
 } // namespace
 
-ProgramRun runVellum(const std::vector<std::string>& arguments, const TempDir& dir) {
+ProgramRun runVellum(const std::vector<std::string>& arguments, const TempDir& dir,
+                     const RunSetup& setup) {
     static int runs = 0;
     const std::string errPath = dir.file("stderr-" + std::to_string(++runs) + ".txt");
-    std::string command = shellQuote(VELLUM_EXECUTABLE);
+    std::string command = setup.environment.empty() ? "" : "env " + setup.environment + " ";
+    command += shellQuote(VELLUM_EXECUTABLE);
     for (const std::string& argument : arguments) {
         command += " " + shellQuote(argument);
     }
     command += " 2>" + shellQuote(errPath);
+    if (!setup.input.empty()) {
+        command = setup.throughPipe ? "cat " + shellQuote(setup.input) + " | " + command
+                                    : command + " <" + shellQuote(setup.input);
+    }
     FILE* const pipe = popen(command.c_str(), "r");
     if (pipe == nullptr) {
         throw std::runtime_error("cannot run " + command);

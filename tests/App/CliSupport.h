@@ -22,8 +22,16 @@ struct ProgramRun {
     std::string err;   ///< everything written to stderr
 };
 
+/// How a run gets its standard input and environment.
+struct RunSetup {
+    std::string environment;  ///< "NAME=value ..." set for the program; empty for none
+    std::string input;        ///< a file given as standard input; empty for none
+    bool throughPipe = false; ///< feed `input` through a pipe, which cannot seek
+};
+
 /// Runs the vellum program with `arguments`; stderr goes through a file in `dir`.
-ProgramRun runVellum(const std::vector<std::string>& arguments, const TempDir& dir);
+ProgramRun runVellum(const std::vector<std::string>& arguments, const TempDir& dir,
+                     const RunSetup& setup = {});
 
 /// One triplet line of the `klv` listing, or one triplet found by `walkKlv`.
 struct TripletLine {

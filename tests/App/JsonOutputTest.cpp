@@ -1,0 +1,153 @@
+#include "CliSupport.h"
+#include "ModelCheck.h"
+#include "Support/Samples.h"
+
+#include "Vellum/Utils/StringConversion.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Json = nlohmann::json;
+using VellumTest::runVellum;
+
+const std::string bitexactSample = VellumTest::sampleDir() + "/ffmpeg-op1a-mpeg2-pcm-bitexact.mxf";
+const std::string otherSample = VellumTest::sampleDir() + "/ffmpeg-op1a-mpeg2-pcm.mxf";
+
+class JsonOnSample : public ::testing::TestWithParam<std::string> {
+protected:
+    Json runJson(const std::vector<std::string>& arguments) {
+        const auto run = runVellum(arguments, m_dir);
+        EXPECT_EQ(run.exitCode, 0) << run.err;
+        EXPECT_EQ(run.err, "");
+        return Json::parse(run.out); // throws, failing the test, when it is not one document
+    }
+
+    VellumTest::TempDir m_dir;
+};
+
+TEST_P(JsonOnSample, InfoAgreesWithTheModelAndTheTextListing) {
+    const auto model = VellumTest::readModel(GetParam());
+    const Json info = runJson({"info", "--json", GetParam()});
+    const Json& header = info.at("headerMetadata");
+    EXPECT_EQ(header.at("sets").get<std::size_t>(), model->sets().size());
+    EXPECT_EQ(header.at("darkMetadataSets").get<std::size_t>(), model->darkCount());
+    EXPECT_EQ(header.at("primerEntries").get<std::size_t>(), model->partitionDictionary().size());
+    std::size_t byName = 0;
+    for (const Json& entry : header.at("setsByName")) {
+        byName += entry.at("count").get<std::size_t>();
+    }
+    EXPECT_EQ(byName, model->sets().size());
+    EXPECT_EQ(info.at("file").at("name"), GetParam());
+
+    const auto text = runVellum({"info", GetParam()}, m_dir);
+    const auto partitions = VellumTest::parseInfoPartitions(text.out);
+    ASSERT_EQ(info.at("partitions").size(), partitions.size());
+    for (std::size_t i = 0; i < partitions.size(); ++i) {
+        const Json& partition = info.at("partitions")[i];
+        EXPECT_EQ(partition.at("index"), i);
+        EXPECT_EQ(partition.at("kind"), partitions[i].kind);
+        EXPECT_EQ(partition.at("status"), partitions[i].status);
+        EXPECT_EQ(partition.at("offset"), partitions[i].offset);
+        EXPECT_EQ(partition.at("headerByteCount"), partitions[i].headerBytes);
+        EXPECT_EQ(partition.at("indexByteCount"), partitions[i].indexBytes);
+    }
+    EXPECT_EQ(header.at("size"), VellumTest::countAfter(text.out, "header metadata of partition 0 "
+                                                                  "(header)"));
+}
+
+TEST_P(JsonOnSample, SetsAgreeWithTheModel) {
+    const auto model = VellumTest::readModel(GetParam());
+    const Json sets = runJson({"sets", "--json", GetParam()});
+    ASSERT_EQ(sets.at("sets").size(), model->sets().size());
+    std::vector<VellumTest::ModelReference> listed;
+    for (std::size_t i = 0; i < model->sets().size(); ++i) {
+        const auto& set = *model->sets()[i];
+        const Json& entry = sets.at("sets")[i];
+        EXPECT_EQ(entry.at("index"), i);
+        EXPECT_EQ(entry.at("key"), set.key().toUtf8());
+        const std::string uid = VellumTest::uidText(set);
+        EXPECT_EQ(entry.at("instanceUID"), uid == "-" ? Json(nullptr) : Json(uid));
+        EXPECT_EQ(entry.at("values"), set.valueCount());
+        EXPECT_EQ(entry.at("name").is_null(), set.definition() == nullptr);
+        for (const Json& reference : entry.at("references")) {
+            listed.push_back({uid, reference.at("target"), reference.at("weak")});
+            const std::size_t targets =
+                model
+                    ->findByInstanceUID(Vellum::Types::UUID(
+                        Vellum::Utils::stringToWstring(reference.at("target").get<std::string>()),
+                        Vellum::Types::DottedHex))
+                    .size();
+            EXPECT_EQ(reference.at("targetCount"), targets);
+        }
+    }
+    auto expected = VellumTest::referencesOf(*model);
+    std::sort(expected.begin(), expected.end());
+    std::sort(listed.begin(), listed.end());
+    EXPECT_EQ(listed, expected);
+    EXPECT_EQ(sets.at("darkMetadataSets").size(), model->darkCount());
+}
+
+TEST_P(JsonOnSample, DiffOfAFileWithItselfIsEqual) {
+    const Json diff = runJson({"diff", "--json", GetParam(), GetParam()});
+    EXPECT_EQ(diff, Json::parse(R"({"equal": true, "differences": []})"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Corpus, JsonOnSample, ::testing::ValuesIn(VellumTest::corpusPaths()),
+                         [](const auto& p) {
+                             return VellumTest::testName(
+                                 p.param.substr(p.param.find_last_of('/') + 1));
+                         });
+
+TEST(Json, DiffListsTheDifferencesOfTheTextWithStatusOne) {
+    VellumTest::TempDir dir;
+    const auto text = runVellum({"diff", bitexactSample, otherSample}, dir);
+    const auto json = runVellum({"diff", "--json", bitexactSample, otherSample}, dir);
+    ASSERT_EQ(text.exitCode, 1) << text.err;
+    ASSERT_EQ(json.exitCode, 1) << json.err;
+    const Json diff = Json::parse(json.out);
+    EXPECT_EQ(diff.at("equal"), false);
+    std::vector<std::string> lines;
+    std::istringstream in(text.out);
+    for (std::string line; std::getline(in, line);) {
+        lines.push_back(line);
+    }
+    ASSERT_EQ(diff.at("differences").size(), lines.size());
+    ASSERT_FALSE(lines.empty());
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        const Json& difference = diff.at("differences")[i];
+        // The text line starts with the kind in words ("item changed: ").
+        std::string kind = difference.at("kind");
+        std::string words;
+        for (const char c : kind) {
+            words += std::isupper(static_cast<unsigned char>(c)) != 0
+                         ? std::string(" ") + static_cast<char>(std::tolower(c))
+                         : std::string(1, c);
+        }
+        EXPECT_EQ(lines[i].rfind(words + ": " + difference.at("setName").get<std::string>(), 0), 0U)
+            << lines[i];
+        if (!difference.at("setIdentifier").is_null()) {
+            EXPECT_NE(lines[i].find(difference.at("setIdentifier").get<std::string>()),
+                      std::string::npos);
+        }
+    }
+}
+
+TEST(Json, DiffTroubleAndQuietWithJson) {
+    VellumTest::TempDir dir;
+    const auto missing = runVellum({"diff", "--json", bitexactSample, dir.file("no.mxf")}, dir);
+    EXPECT_EQ(missing.exitCode, 2);
+    EXPECT_EQ(missing.out, "");
+    EXPECT_TRUE(VellumTest::isOneErrorLine(missing.err)) << missing.err;
+    const auto both = runVellum({"diff", "--json", "--quiet", bitexactSample, bitexactSample}, dir);
+    EXPECT_EQ(both.exitCode, 2);
+    EXPECT_NE(both.err.find("exclude each other"), std::string::npos) << both.err;
+}
+
+} // namespace

@@ -1,0 +1,124 @@
+#include "CliSupport.h"
+#include "Support/Samples.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace {
+
+using VellumTest::runVellum;
+
+const std::string bitexactSample = VellumTest::sampleDir() + "/ffmpeg-op1a-mpeg2-pcm-bitexact.mxf";
+
+// `text` with every occurrence of `from` replaced by `to`.
+std::string replaceAll(std::string text, const std::string& from, const std::string& to) {
+    for (std::size_t at = text.find(from); at != std::string::npos;
+         at = text.find(from, at + to.size())) {
+        text.replace(at, from.size(), to);
+    }
+    return text;
+}
+
+// The number of copies of standard input left in `dir`.
+std::size_t leftovers(const VellumTest::TempDir& dir) {
+    std::size_t count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(dir.path())) {
+        count += entry.path().filename().string().rfind("vellum-stdin-", 0) == 0 ? 1 : 0;
+    }
+    return count;
+}
+
+struct Case {
+    std::vector<std::string> arguments; ///< "FILE" stands for the input
+    bool throughPipe;
+};
+
+class FromStandardInput : public ::testing::TestWithParam<Case> {
+protected:
+    VellumTest::TempDir m_dir;
+};
+
+// Reading "-" gives what reading the file gives, with "standard input" for its name.
+TEST_P(FromStandardInput, GivesTheOutputOfTheFile) {
+    std::vector<std::string> fromFile = GetParam().arguments;
+    std::vector<std::string> fromStdin = fromFile;
+    for (std::size_t i = 0; i < fromFile.size(); ++i) {
+        if (fromFile[i] == "FILE") {
+            fromFile[i] = bitexactSample;
+            fromStdin[i] = "-";
+        }
+    }
+    const auto expected = runVellum(fromFile, m_dir);
+    ASSERT_EQ(expected.exitCode, 0) << expected.err;
+    // TMPDIR puts the copy of a pipe in the test's folder, to see that it is removed.
+    const auto run =
+        runVellum(fromStdin, m_dir,
+                  {"TMPDIR=" + m_dir.path().string(), bitexactSample, GetParam().throughPipe});
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(run.err, "");
+    EXPECT_EQ(run.out, replaceAll(expected.out, bitexactSample, "standard input"));
+    EXPECT_EQ(leftovers(m_dir), 0U);
+}
+
+const std::vector<Case> commandCases{
+    {{"klv", "FILE"}, false},
+    {{"klv", "FILE"}, true},
+    {{"info", "FILE"}, true},
+    {{"sets", "--json", "FILE"}, true},
+    {{"header", "FILE", "-o", "-"}, true},
+    {{"to-xml", "FILE"}, false},
+    {{"to-xml", "FILE"}, true},
+    {{"graph", "FILE"}, true},
+};
+
+INSTANTIATE_TEST_SUITE_P(Commands, FromStandardInput, ::testing::ValuesIn(commandCases),
+                         [](const auto& p) {
+                             return VellumTest::testName(p.param.arguments.front() + ".") +
+                                    std::to_string(p.index) +
+                                    (p.param.throughPipe ? "Pipe" : "Redirect");
+                         });
+
+class StandardInput : public ::testing::Test {
+protected:
+    VellumTest::TempDir m_dir;
+};
+
+TEST_F(StandardInput, FromXmlReadsTheDocument) {
+    const auto xml = runVellum({"to-xml", bitexactSample, "-o", m_dir.file("doc.xml")}, m_dir);
+    ASSERT_EQ(xml.exitCode, 0) << xml.err;
+    const auto expected = runVellum({"from-xml", m_dir.file("doc.xml"), "-o", "-"}, m_dir);
+    ASSERT_EQ(expected.exitCode, 0) << expected.err;
+    for (const bool throughPipe : {false, true}) {
+        const auto run =
+            runVellum({"from-xml", "-", "-o", "-"}, m_dir,
+                      {"TMPDIR=" + m_dir.path().string(), m_dir.file("doc.xml"), throughPipe});
+        ASSERT_EQ(run.exitCode, 0) << run.err;
+        EXPECT_EQ(run.out, expected.out);
+        EXPECT_EQ(leftovers(m_dir), 0U);
+    }
+}
+
+TEST_F(StandardInput, EmptyOrFaultyInputIsAnErrorNamingStandardInput) {
+    const std::string empty = m_dir.write("empty", {});
+    const std::string text = m_dir.write("text", {'<', 'x', '/', '>'});
+    const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
+        {{"klv", "-"}, empty},
+        {{"info", "-"}, empty},
+        {{"to-xml", "-"}, text},
+        {{"from-xml", "-", "-o", "-"}, empty},
+    };
+    for (const auto& [arguments, input] : cases) {
+        SCOPED_TRACE(arguments.front());
+        const auto run =
+            runVellum(arguments, m_dir, {"TMPDIR=" + m_dir.path().string(), input, true});
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_TRUE(VellumTest::isOneErrorLine(run.err)) << run.err;
+        EXPECT_NE(run.err.find("standard input"), std::string::npos) << run.err;
+        EXPECT_EQ(leftovers(m_dir), 0U);
+    }
+}
+
+} // namespace
