@@ -68,17 +68,19 @@ STANDARD_NAMESPACES = {
 # Defining documents of register entries that are not SMPTE documents, by a pattern of the
 # register's DefiningDocument text, or (for entries without one) of the entry's symbol.
 OTHER_DOCUMENTS = [
-    (re.compile(r"AMWA Application Specification AS-(\d+)"),
+    # AMWA application documents: "AMWA Application S... AS-nn".
+    (re.compile(r"AMWA Application S[a-z]+ AS-(\d+)"),
      lambda m: (f"as{m.group(1)}", f"urn:AMWA:AS-{m.group(1)}")),
     (re.compile(r"\bEBU Tech 3293\b"), lambda m: ("ebucore", "urn:EBU:Tech3293")),
     (re.compile(r"\bBBC Research White Paper\b"), lambda m: ("bbcapp", "urn:BBC:APP")),
-    (re.compile(r"\AAAF Object Specification\Z"), lambda m: ("aaf", "urn:AAF:ObjectSpecification")),
+    # The AAF object model document named alone: "AAF Object S...".
+    (re.compile(r"\AAAF Object S[a-z]+\Z"), lambda m: ("aaf", "urn:AAF:ObjectModel")),
 ]
 AVID = ("avid", "urn:Avid:MXF")
 UKDPP = ("ukdpp", "urn:DPP:UKDPP")
 AS07 = ("as07", "urn:FADGI:AS-07")
 # The register's catch-all for its own classes when nothing else names a document.
-AAF = ("aaf", "urn:AAF:ObjectSpecification")
+AAF = ("aaf", "urn:AAF:ObjectModel")
 
 # The identity elements, named by RP 210 whatever set they appear in.
 IDENTITY_ELEMENTS = {"InstanceUID", "GenerationUID"}

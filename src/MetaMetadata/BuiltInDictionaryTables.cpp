@@ -835,7 +835,7 @@ constexpr std::u16string_view stringTable[] = {
     u"Segment"sv,
     u"EdgeCodeStart"sv,
     u"aaf"sv,
-    u"urn:AAF:ObjectSpecification"sv,
+    u"urn:AAF:ObjectModel"sv,
     u"EdgeCodeFilmFormat"sv,
     u"EdgeCodeFormat"sv,
     u"EdgeCodeHeader"sv,

@@ -177,7 +177,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Id::Unknown, Id::Unknown, Reference::None, u"", Optional, -1},
         ElementCase{"IndirectIsUnknown", u"ConstantValue", u"Value",
                     u"06.0E.2B.34.01.01.01.02.05.30.05.07.00.00.00.00", u"aaf",
-                    u"urn:AAF:ObjectSpecification", u"201", Id::Unknown, Id::Unknown,
+                    u"urn:AAF:ObjectModel", u"201", Id::Unknown, Id::Unknown,
                     Reference::None, u"", Required, 0x4D01}),
     [](const auto& p) { return std::string(p.param.test); });
 

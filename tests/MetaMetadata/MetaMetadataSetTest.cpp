@@ -121,9 +121,9 @@ INSTANTIATE_TEST_SUITE_P(
         SetMapping{u"ClassDefinition", u"06.0E.2B.34.02.53.01.01.0D.01.01.01.02.01.00.00",
                    u"MetaDefinition", u"s377-2m", u"urn:SMPTE:S377-2M", false, false},
         SetMapping{u"MetaDictionary", u"06.0E.2B.34.02.53.01.01.0D.01.01.01.02.25.00.00", u"",
-                   u"aaf", u"urn:AAF:ObjectSpecification", false, false},
+                   u"aaf", u"urn:AAF:ObjectModel", false, false},
         SetMapping{u"TapeDescriptor", u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.2E.00",
-                   u"GenericDescriptor", u"aaf", u"urn:AAF:ObjectSpecification", false, true}),
+                   u"GenericDescriptor", u"aaf", u"urn:AAF:ObjectModel", false, true}),
     [](const auto& p) { return Utils::wstringToString(WString(p.param.set)); });
 
 TEST(MetaMetadataSet, InheritsEveryParentElementParentFirst) {
