@@ -44,9 +44,10 @@ inline std::unique_ptr<Vellum::Metadata::PartitionMetadata> syntheticPartition(u
             return dynamic_cast<Metadata::SimpleElement&>(*set->findElement(ul));
         };
         simple(companyName).set(std::make_unique<Types::UTF16String>(u"Vellum Benchmarks"));
+        const std::string number = std::to_string(i);
         simple(productName)
             .set(std::make_unique<Types::UTF16String>(
-                u"Product " + Vellum::WString(std::to_string(i).begin(), std::to_string(i).end())));
+                u"Product " + Vellum::WString(number.begin(), number.end())));
         simple(productVersion)
             .set(std::make_unique<Types::ProductVersion>(
                 1, 2, 3, 4, Types::ProductVersion::ReleaseVersion::Released));

@@ -1,10 +1,14 @@
 #!/usr/bin/env bash
 # Installs the Debian 12 packages that building and testing Vellum needs.
 # Does nothing (and needs no network) when they are all installed already.
+# With --fuzz, also clang and its libFuzzer runtime, for scripts/fuzz.sh.
 set -euo pipefail
 
-packages=(build-essential cmake pkg-config libgtest-dev libbenchmark-dev libxerces-c-dev
+packages=(build-essential cmake pkg-config libgtest-dev libbenchmark-dev libxerces-c-dev libexpat1-dev
     nlohmann-json3-dev graphviz)
+if [ "${1:-}" = --fuzz ]; then
+    packages+=(clang libclang-rt-14-dev)
+fi
 
 missing=()
 for package in "${packages[@]}"; do

@@ -5,13 +5,37 @@
 
 #include "Vellum/Exceptions/InvalidFormat.h"
 #include "Vellum/Exceptions/Throw.h"
-#include "Vellum/XMLBuilder/Partition2XML.h"
-#include "Vellum/XMLUtils/Document.h"
-#include "Vellum/XMLUtils/Utils.h"
+#include "Vellum/XMLBuilder/Partition2XMLText.h"
 
-#include <exception>
+#include <ostream>
+#include <streambuf>
 
 namespace Vellum::App {
+namespace {
+
+/// A stream buffer that appends what is written to a string, without a copy at the end.
+class StringAppender : public std::streambuf {
+public:
+    explicit StringAppender(std::string& out) noexcept
+        : m_out(out) {}
+
+protected:
+    int_type overflow(int_type c) override {
+        if (!traits_type::eq_int_type(c, traits_type::eof())) {
+            m_out.push_back(traits_type::to_char_type(c));
+        }
+        return traits_type::not_eof(c);
+    }
+    std::streamsize xsputn(const char_type* text, std::streamsize count) override {
+        m_out.append(text, static_cast<std::size_t>(count));
+        return count;
+    }
+
+private:
+    std::string& m_out;
+};
+
+} // namespace
 
 void XmlOutput::declareOptions(ArgumentParser& parser) {
     parser.addFlag("typed-references");
@@ -47,25 +71,14 @@ XmlOutput::XmlOutput(const ArgumentParser& arguments)
     }
 }
 
-std::string XmlOutput::render(Metadata::PartitionMetadata& partition,
+std::string XmlOutput::render(const Metadata::PartitionMetadata& partition,
                               const std::string& source) const {
     std::string bytes;
-    try {
-        const XMLBuilder::DocumentNodePtr document =
-            XMLBuilder::partition2XML(&partition, m_typedReferences, m_structuralOnly);
-        if (!document) {
-            VELLUM_THROW(InvalidFormat, "'" + source + "': the header metadata has no Preface");
-        }
-        XMLUtils::domToBytes(document.get(), bytes, m_encoding,
-                             XMLUtils::SerializeOptions{!m_compact, true});
-    } catch (const Exceptions::BaseException&) {
-        throw;
-    } catch (const std::exception&) {
-        throw;
-    } catch (...) {
-        // Xerces-C reports its faults with its own exception classes; the program reports
-        // only the toolkit's.
-        XMLUtils::rethrowTranslated(__FILE__, __LINE__);
+    StringAppender appender(bytes);
+    std::ostream out(&appender);
+    if (!XMLBuilder::partition2XML(&partition, m_typedReferences, m_structuralOnly, m_encoding, out,
+                                   XMLUtils::SerializeOptions{!m_compact, true})) {
+        VELLUM_THROW(InvalidFormat, "'" + source + "': the header metadata has no Preface");
     }
     return bytes;
 }

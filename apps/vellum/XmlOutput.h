@@ -31,11 +31,12 @@ public:
 
     /// The XML document of `partition`'s header metadata, started from its first Preface, as
     /// the bytes of a file in the chosen encoding (UTF-16 little-endian with a byte order
-    /// mark). `partition` is only read, but the export takes it mutable. `source` names where
-    /// the metadata came from, for messages. Throws InvalidFormat "'<source>': the header
-    /// metadata has no Preface" when there is none, and ParseError when the document cannot be
-    /// built or serialised.
-    std::string render(Metadata::PartitionMetadata& partition, const std::string& source) const;
+    /// mark), written as the partition is walked. `source` names where the metadata came
+    /// from, for messages. Throws InvalidFormat "'<source>': the header metadata has no
+    /// Preface" when there is none, and InvalidFormat when the dictionary names a set or
+    /// element with something that is no XML name.
+    std::string render(const Metadata::PartitionMetadata& partition,
+                       const std::string& source) const;
 
     /// The encoding chosen.
     XMLUtils::EncodingType encoding() const noexcept { return m_encoding; }

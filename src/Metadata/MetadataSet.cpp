@@ -22,6 +22,7 @@
 #include "Vellum/Metadata/Visitors/NonConstMetadataSetVisitor.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string>
 #include <utility>
 
@@ -36,6 +37,15 @@ bool isInstanceUID(const MetaMetadata::MetaElement* meta) {
 
 std::uint8_t lengthOctetsFor(std::uint64_t value, std::uint8_t stored) {
     return std::max(stored, KLV::BERLength::minimalOctets(value));
+}
+
+/// Erases the last entry of `list` that `matches`, if any.
+template <class List, class Predicate>
+void eraseLast(List& list, Predicate matches) {
+    const auto found = std::find_if(list.rbegin(), list.rend(), matches);
+    if (found != list.rend()) {
+        list.erase(std::next(found).base());
+    }
 }
 
 } // namespace
@@ -104,11 +114,12 @@ void MetadataSet::discardInvalidElement(Element* element) {
     if (m_instanceUID == element) {
         m_instanceUID = nullptr;
     }
-    m_invalid.erase(std::remove(m_invalid.begin(), m_invalid.end(), element), m_invalid.end());
-    m_order.erase(std::remove(m_order.begin(), m_order.end(), element), m_order.end());
-    m_elements.erase(std::remove_if(m_elements.begin(), m_elements.end(),
-                                    [element](const auto& e) { return e.get() == element; }),
-                     m_elements.end());
+    // Each list holds the element once. The reader discards the element it has just made,
+    // the last of each list, so searching from the back keeps reading a set linear in its
+    // number of items.
+    eraseLast(m_invalid, [element](const Element* e) { return e == element; });
+    eraseLast(m_order, [element](const Element* e) { return e == element; });
+    eraseLast(m_elements, [element](const auto& e) { return e.get() == element; });
 }
 
 std::optional<Types::UniversalLabel> MetadataSet::itemLabel(const Element& element) {

@@ -12,11 +12,7 @@
 #include "Vellum/Utils/StringConversion.h"
 #include "Vellum/XMLBuilder/FromXMLMetadataSetVisitor.h"
 #include "Vellum/XMLBuilder/FromXMLValueParser.h"
-#include "Vellum/XMLBuilder/NodeSelector.h"
 #include "Vellum/XMLBuilder/Vocabulary.h"
-#include "Vellum/XMLUtils/Document.h"
-
-#include <xercesc/dom/DOMAttr.hpp>
 
 #include <memory>
 #include <string>
@@ -25,22 +21,20 @@ namespace Vellum::XMLBuilder {
 namespace {
 
 /// The text of the attribute `qualifiedName`; throws InvalidFormat naming it when absent.
-WString requiredAttribute(const xercesc::DOMElement& element, const char16_t* qualifiedName) {
-    const xercesc::DOMAttr* attribute = element.getAttributeNode(qualifiedName);
+std::u16string_view requiredAttribute(const XMLNode& element, const char16_t* qualifiedName) {
+    const XMLAttribute* attribute = element.attribute(qualifiedName);
     if (attribute == nullptr) {
-        WString name;
-        XMLUtils::utf16ToWstring(element.getNodeName(), name);
-        VELLUM_THROW(InvalidFormat, u"the dark metadata element " + name + u" has no " +
-                                        qualifiedName + u" attribute");
+        VELLUM_THROW(InvalidFormat, u"the dark metadata element " + element.qualifiedName() +
+                                        u" has no " + qualifiedName + u" attribute");
     }
-    return NodeSelector::text(*attribute);
+    return attribute->value;
 }
 
 bool isHexDigit(char16_t c) {
     return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f') || (c >= u'A' && c <= u'F');
 }
 
-[[noreturn]] void rejectValue(const WString& keyText, const char* problem, unsigned line) {
+[[noreturn]] void rejectValue(std::u16string_view keyText, const char* problem, unsigned line) {
     throw Exceptions::InvalidFormat("DarkMetadataSet with key='" + Utils::wstringToString(keyText) +
                                         "' value " + problem,
                                     DarkMetadataReader::sourceName, line);
@@ -48,14 +42,13 @@ bool isHexDigit(char16_t c) {
 
 } // namespace
 
-void DarkMetadataReader::read(const xercesc::DOMElement& element,
-                              Metadata::PartitionMetadata& partition) {
-    const WString keyText = requiredAttribute(element, Vocabulary::key);
-    const KLV::Key key(keyText, Types::DottedHex);
+void DarkMetadataReader::read(const XMLNode& element, Metadata::PartitionMetadata& partition) {
+    const std::u16string_view keyText = requiredAttribute(element, Vocabulary::key);
+    const KLV::Key key(WString(keyText), Types::DottedHex);
     const auto berOctets = static_cast<std::uint8_t>(
         FromXMLValueParser::readDecimal(requiredAttribute(element, Vocabulary::berOctetCount)));
 
-    const WString text = NodeSelector::text(element);
+    const std::u16string_view text = element.text();
     if (text.size() % 2 != 0) {
         rejectValue(keyText, "has invalid Length", 89);
     }
@@ -69,33 +62,31 @@ void DarkMetadataReader::read(const xercesc::DOMElement& element,
         std::make_unique<Metadata::DarkMetadataSet>(key, berOctets, value));
 }
 
-bool DarkMetadataReader::isParsedGroup(const xercesc::DOMElement& element) {
-    if (element.getFirstElementChild() != nullptr ||
-        element.getAttributeNode(Vocabulary::instanceUID) != nullptr ||
-        element.getAttributeNode(Vocabulary::generationUID) != nullptr) {
+bool DarkMetadataReader::isParsedGroup(const XMLNode& element) {
+    if (element.firstChild() != nullptr || element.attribute(Vocabulary::instanceUID) != nullptr ||
+        element.attribute(Vocabulary::generationUID) != nullptr) {
         return true;
     }
     // A local set without items has neither text nor children.
-    const xercesc::DOMAttr* key = element.getAttributeNode(Vocabulary::key);
-    if (key == nullptr || !NodeSelector::text(element).empty()) {
+    const XMLAttribute* key = element.attribute(Vocabulary::key);
+    if (key == nullptr || !element.text().empty()) {
         return false;
     }
     try {
-        return KLV::isLocalSet(KLV::Key(NodeSelector::text(*key), Types::DottedHex));
+        return KLV::isLocalSet(KLV::Key(WString(key->value), Types::DottedHex));
     } catch (const Exceptions::BaseException&) {
         return false; // the dark reader names the malformed key
     }
 }
 
-Metadata::MetadataSet* DarkMetadataReader::readParsedGroup(xercesc::DOMElement& element,
+Metadata::MetadataSet* DarkMetadataReader::readParsedGroup(const XMLNode& element,
                                                            Metadata::PartitionMetadata& partition,
-                                                           const SetTagTable& setTags,
-                                                           ReferenceNameTable& names) {
-    const KLV::Key key(requiredAttribute(element, Vocabulary::key), Types::DottedHex);
+                                                           ImportTables& tables) {
+    const KLV::Key key(WString(requiredAttribute(element, Vocabulary::key)), Types::DottedHex);
     const auto berOctets = static_cast<std::uint8_t>(
         FromXMLValueParser::readDecimal(requiredAttribute(element, Vocabulary::berOctetCount)));
     Metadata::MetadataSet* set = partition.createDarkParsedGroup(key, berOctets);
-    FromXMLMetadataSetVisitor reader(element, setTags, partition, names);
+    FromXMLMetadataSetVisitor reader(element, partition, tables);
     set->accept(reader);
     return set;
 }

@@ -1,6 +1,6 @@
 #include "Vellum/XMLBuilder/FromXMLElementVisitor.h"
 
-#include "XMLBuilder/StoredBytes.h"
+#include "XMLBuilder/StoredBytesReader.h"
 
 #include "Vellum/DataIO/Slice.h"
 #include "Vellum/Exceptions/InvalidFormat.h"
@@ -29,12 +29,7 @@
 #include "Vellum/Utils/StringConversion.h"
 #include "Vellum/XMLBuilder/FromXMLMetadataSetVisitor.h"
 #include "Vellum/XMLBuilder/FromXMLValueParser.h"
-#include "Vellum/XMLBuilder/NodeSelector.h"
 #include "Vellum/XMLBuilder/Vocabulary.h"
-#include "Vellum/XMLUtils/Document.h"
-
-#include <xercesc/dom/DOMAttr.hpp>
-#include <xercesc/dom/DOMNamedNodeMap.hpp>
 
 #include <string>
 
@@ -43,17 +38,6 @@ namespace {
 
 using Types::Identifiers::Identifier;
 using ValuePtr = Templates::auto_ptr<Types::SimpleDataType>;
-
-WString nameOf(const xercesc::DOMNode& node) {
-    WString name;
-    XMLUtils::utf16ToWstring(node.getNodeName(), name);
-    return name;
-}
-
-WString localNameOf(const xercesc::DOMNode& node) {
-    const XMLCh* local = node.getLocalName();
-    return local != nullptr ? WString(local) : nameOf(node);
-}
 
 bool holdsRefSuffix(const WString& name) {
     return name.find(Vocabulary::refSuffix) != WString::npos;
@@ -85,50 +69,60 @@ constexpr std::uint8_t emptyReferenceCollection[8] = {0, 0, 0, 0, 0, 0, 0, 16};
 
 } // namespace
 
-FromXMLElementVisitor::FromXMLElementVisitor(xercesc::DOMNode& node,
+FromXMLElementVisitor::FromXMLElementVisitor(const XMLNode& element,
                                              const MetaMetadata::MetaElement* metaElement,
                                              Metadata::PartitionMetadata& partition,
-                                             const SetTagTable& setTags, ReferenceNameTable& names,
-                                             unsigned depth) noexcept
-    : m_node(node)
+                                             ImportTables& tables, unsigned depth) noexcept
+    : m_element(&element)
+    , m_attribute(nullptr)
     , m_dataType(metaElement != nullptr ? metaElement->dataType() : Identifier::Unknown)
     , m_partition(partition)
-    , m_setTags(setTags)
-    , m_names(names)
+    , m_tables(tables)
+    , m_depth(depth) {}
+
+FromXMLElementVisitor::FromXMLElementVisitor(const XMLAttribute& attribute,
+                                             const MetaMetadata::MetaElement* metaElement,
+                                             Metadata::PartitionMetadata& partition,
+                                             ImportTables& tables, unsigned depth) noexcept
+    : m_element(nullptr)
+    , m_attribute(&attribute)
+    , m_dataType(metaElement != nullptr ? metaElement->dataType() : Identifier::Unknown)
+    , m_partition(partition)
+    , m_tables(tables)
     , m_depth(depth) {}
 
 FromXMLElementVisitor::~FromXMLElementVisitor() = default;
 
-xercesc::DOMElement* FromXMLElementVisitor::element() const noexcept {
-    return m_node.getNodeType() == xercesc::DOMNode::ELEMENT_NODE
-               ? static_cast<xercesc::DOMElement*>(&m_node)
-               : nullptr;
-}
-
 void FromXMLElementVisitor::visit(Metadata::SimpleElement& element) {
-    ValuePtr value = StoredBytes::read(m_node, m_dataType);
-    if (!value) {
-        value = FromXMLValueParser::parse(m_node, m_dataType);
+    ValuePtr value;
+    if (m_element == nullptr) {
+        value = FromXMLValueParser::parse(*m_attribute, m_dataType);
+    } else {
+        value = StoredBytesReader::read(*m_element, m_dataType);
+        if (!value) {
+            value = FromXMLValueParser::parse(*m_element, m_dataType);
+        }
     }
     if (value) {
         element.set(std::move(value), false);
     }
 }
 
-Templates::vector<ValuePtr> FromXMLElementVisitor::readItems(xercesc::DOMElement& property,
+Templates::vector<ValuePtr> FromXMLElementVisitor::readItems(const XMLNode& property,
                                                              Identifier itemType) const {
     Templates::vector<ValuePtr> items;
-    for (xercesc::DOMElement* child : NodeSelector::elementChildren(property)) {
-        ValuePtr item = StoredBytes::read(*child, itemType);
+    items.reserve(property.childCount());
+    for (const XMLNode& child : property.children()) {
+        ValuePtr item = StoredBytesReader::read(child, itemType);
         if (!item) {
-            item = FromXMLValueParser::parse(*child, itemType);
+            item = FromXMLValueParser::parse(child, itemType);
         }
         if (!item) {
             item = emptyValueOf(itemType);
         }
         if (!item) {
             VELLUM_THROW(InvalidFormat, "item " + decimal(items.size() + 1) + " of " +
-                                            Utils::wstringToString(nameOf(property)) +
+                                            Utils::wstringToString(property.qualifiedName()) +
                                             " holds no value");
         }
         items.push_back(std::move(item));
@@ -160,16 +154,15 @@ std::uint32_t FromXMLElementVisitor::itemSize(const Templates::vector<ValuePtr>&
 
 template <class CollectionType, class ElementType>
 void FromXMLElementVisitor::readCollection(ElementType& element) {
-    xercesc::DOMElement* property = this->element();
-    if (property == nullptr) {
+    if (m_element == nullptr) {
         return;
     }
-    if (const auto stored = StoredBytes::emptyCollection(*property); !stored.empty()) {
+    if (const auto stored = StoredBytesReader::emptyCollection(*m_element); !stored.empty()) {
         element.readValue(DataIO::Slice(stored.data(), stored.size()));
         return;
     }
     const Identifier itemType = element.itemType();
-    Templates::vector<ValuePtr> items = readItems(*property, itemType);
+    Templates::vector<ValuePtr> items = readItems(*m_element, itemType);
     auto collection = std::make_unique<CollectionType>(itemSize(items, itemType), itemType);
     for (ValuePtr& item : items) {
         collection->append(std::move(item));
@@ -185,24 +178,22 @@ void FromXMLElementVisitor::visit(Metadata::ArrayElement& element) {
     readCollection<Types::Array>(element);
 }
 
-Templates::auto_ptr<Types::Reference>
-FromXMLElementVisitor::referenceByName(const xercesc::DOMElement& child, Identifier kind) {
-    // The target is named by the first attribute; namespace declarations are not attributes.
-    const xercesc::DOMNamedNodeMap* attributes = child.getAttributes();
-    const xercesc::DOMNode* nameAttribute = nullptr;
-    for (XMLSize_t i = 0; attributes != nullptr && i < attributes->getLength(); ++i) {
-        const xercesc::DOMNode* attribute = attributes->item(i);
-        const XMLCh* space = attribute->getNamespaceURI();
-        if (space == nullptr || WString(space) != Vocabulary::xmlnsNamespace) {
-            nameAttribute = attribute;
-            break;
+Templates::auto_ptr<Types::Reference> FromXMLElementVisitor::referenceByName(const XMLNode& child,
+                                                                             Identifier kind) {
+    // The target is named by the attribute whose qualified name sorts first (the order in
+    // which a DOM keeps attributes); namespace declarations are not attributes.
+    const XMLAttribute* nameAttribute = nullptr;
+    for (const XMLAttribute& attribute : child.attributes()) {
+        if (nameAttribute == nullptr ||
+            attribute.name->qualifiedName < nameAttribute->name->qualifiedName) {
+            nameAttribute = &attribute;
         }
     }
     if (nameAttribute == nullptr) {
-        VELLUM_THROW(ParseError, u"the reference element " + nameOf(child) +
+        VELLUM_THROW(ParseError, u"the reference element " + child.qualifiedName() +
                                      u" has no attribute naming its target");
     }
-    const WString& identifier = m_names.identifierFor(NodeSelector::text(*nameAttribute));
+    const Types::UUID identifier = m_tables.names().identifierFor(nameAttribute->value);
     if (kind == Identifier::StrongReference) {
         return std::make_unique<Types::StrongReference>(identifier);
     }
@@ -212,30 +203,28 @@ FromXMLElementVisitor::referenceByName(const xercesc::DOMElement& child, Identif
     return nullptr;
 }
 
-Metadata::MetadataSet* FromXMLElementVisitor::readInlineSet(xercesc::DOMElement& child) {
-    const auto definition = m_setTags.find(localNameOf(child));
-    if (definition == m_setTags.end()) {
+Metadata::MetadataSet* FromXMLElementVisitor::readInlineSet(const XMLNode& child) {
+    const MetaMetadata::MetaMetadataSet* definition = m_tables.setNamed(child.name());
+    if (definition == nullptr) {
         return nullptr;
     }
     if (m_depth >= maximumInlineDepth) {
         VELLUM_THROW(ParseError, u"sets written inline nest more than " +
                                      Utils::stringToWstring(decimal(maximumInlineDepth)) +
-                                     u" levels deep at " + nameOf(child));
+                                     u" levels deep at " + child.qualifiedName());
     }
-    Metadata::MetadataSet* set = m_partition.createMetadataSet(definition->second->key());
-    FromXMLMetadataSetVisitor reader(child, m_setTags, m_partition, m_names, m_depth + 1);
+    Metadata::MetadataSet* set = m_partition.createMetadataSet(definition->key());
+    FromXMLMetadataSetVisitor reader(child, m_partition, m_tables, m_depth + 1);
     set->accept(reader);
     return set;
 }
 
 void FromXMLElementVisitor::visit(Metadata::ReferenceElement& element) {
-    xercesc::DOMElement* property = this->element();
-    xercesc::DOMElement* first =
-        property != nullptr ? NodeSelector::firstElementChild(*property) : nullptr;
+    const XMLNode* first = m_element != nullptr ? m_element->firstChild() : nullptr;
     if (first == nullptr) {
         return;
     }
-    if (holdsRefSuffix(localNameOf(*first))) {
+    if (holdsRefSuffix(first->localName())) {
         if (auto reference = referenceByName(*first, m_dataType)) {
             element.setUnverifiedReference(std::move(reference));
         }
@@ -247,25 +236,23 @@ void FromXMLElementVisitor::visit(Metadata::ReferenceElement& element) {
 }
 
 void FromXMLElementVisitor::readReferenceCollection(Metadata::ReferenceCollectionElement& element) {
-    xercesc::DOMElement* property = this->element();
-    if (property == nullptr) {
+    if (m_element == nullptr) {
         return;
     }
-    const std::vector<xercesc::DOMElement*> children = NodeSelector::elementChildren(*property);
-    if (children.empty()) {
+    if (m_element->children().empty()) {
         // Present and empty: the stored form of a collection without items.
-        const auto stored = StoredBytes::emptyCollection(*property);
+        const auto stored = StoredBytesReader::emptyCollection(*m_element);
         element.readValue(stored.empty() ? DataIO::Slice(emptyReferenceCollection,
                                                          sizeof emptyReferenceCollection)
                                          : DataIO::Slice(stored.data(), stored.size()));
         return;
     }
-    for (xercesc::DOMElement* child : children) {
-        if (holdsRefSuffix(nameOf(*child))) {
-            if (auto reference = referenceByName(*child, element.itemType())) {
+    for (const XMLNode& child : m_element->children()) {
+        if (holdsRefSuffix(child.qualifiedName())) {
+            if (auto reference = referenceByName(child, element.itemType())) {
                 element.appendUnverified(std::move(reference));
             }
-        } else if (const Metadata::MetadataSet* target = readInlineSet(*child)) {
+        } else if (const Metadata::MetadataSet* target = readInlineSet(child)) {
             element.append(target);
         }
     }

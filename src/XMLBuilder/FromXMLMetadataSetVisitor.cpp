@@ -3,7 +3,6 @@
 #include "Vellum/Exceptions/ParseError.h"
 #include "Vellum/Exceptions/Throw.h"
 #include "Vellum/MetaMetadata/AbstractMetaAttribute.h"
-#include "Vellum/MetaMetadata/Dictionary.h"
 #include "Vellum/MetaMetadata/MetaElement.h"
 #include "Vellum/MetaMetadata/MisplacedAttribute.h"
 #include "Vellum/MetaMetadata/UnknownAttribute.h"
@@ -18,13 +17,10 @@
 #include "Vellum/XMLBuilder/FromXMLMetaAttributeVisitor.h"
 #include "Vellum/XMLBuilder/NodeSelector.h"
 #include "Vellum/XMLBuilder/Vocabulary.h"
-#include "Vellum/XMLUtils/Document.h"
 
-#include <xercesc/dom/DOMAttr.hpp>
-#include <xercesc/dom/DOMDocument.hpp>
-
-#include <map>
 #include <memory>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace Vellum::XMLBuilder {
@@ -33,10 +29,10 @@ namespace {
 struct Names {
     WString tagName{Vocabulary::xmlTagName};
     WString prefix{Vocabulary::xmlDefaultPrefix};
-    WString namespaceURI{Vocabulary::xmlNamespaceURI};
     WString groups{Vocabulary::groupsPrefix};
     WString extensionElements{u"ExtensionElements"};
     WString rp210{u"rp210:"};
+    WString rp210Namespace{Vocabulary::rp210Namespace};
 };
 
 const Names& names() {
@@ -44,28 +40,60 @@ const Names& names() {
     return constants;
 }
 
-WString attributeText(const xercesc::DOMElement& element, const char16_t* qualifiedName) {
-    WString text;
-    XMLUtils::utf16ToWstring(element.getAttribute(qualifiedName), text);
-    return text;
+/// The value of the attribute `qualifiedName`; empty when there is none.
+WString attributeText(const XMLNode& element, std::u16string_view qualifiedName) {
+    const XMLAttribute* attribute = element.attribute(qualifiedName);
+    return attribute != nullptr ? WString(attribute->value) : WString();
 }
 
-/// Whether `namespaceName` + ":" + `tagName` equals `key`, without building the string.
-bool joinedEquals(const WString& namespaceName, const WString& tagName, const WString& key) {
-    return namespaceName.size() + 1 + tagName.size() == key.size() &&
-           key.compare(0, namespaceName.size(), namespaceName) == 0 &&
-           key[namespaceName.size()] == u':' &&
-           key.compare(namespaceName.size() + 1, WString::npos, tagName) == 0;
+const XMLNode& rootOf(const XMLNode& element) {
+    const XMLNode* node = &element;
+    while (node->parent() != nullptr) {
+        node = node->parent();
+    }
+    return *node;
 }
+
+/// The namespaces the prefixes of a set's elements select at its XML element, each looked up
+/// once (a set's elements use few prefixes).
+class PrefixNamespaces {
+public:
+    explicit PrefixNamespaces(const XMLNode& element) noexcept
+        : m_element(element) {}
+
+    const WString& of(const WString& prefix) {
+        for (const auto& [known, space] : m_resolved) {
+            if (*known == prefix) {
+                return *space;
+            }
+        }
+        // A prefix unbound at the set's element is taken as the rp210 namespace.
+        const WString& space =
+            NodeSelector::selectedNamespace(m_element, prefix, &names().rp210Namespace);
+        m_resolved.emplace_back(&prefix, &space);
+        return space;
+    }
+
+private:
+    const XMLNode& m_element;
+    std::vector<std::pair<const WString*, const WString*>> m_resolved;
+};
 
 } // namespace
 
 FromXMLMetadataSetVisitor::~FromXMLMetadataSetVisitor() = default;
 
+void FromXMLMetadataSetVisitor::readElement(const XMLNode& node,
+                                            const MetaMetadata::MetaElement* meta,
+                                            Metadata::Element& element) {
+    FromXMLElementVisitor reader(node, meta, m_partition, m_tables, m_depth);
+    element.accept(reader);
+}
+
 void FromXMLMetadataSetVisitor::visit(Metadata::MetadataSet& set) {
-    // The children and the namespaces of the prefixes are looked up once for all elements.
-    const std::vector<xercesc::DOMElement*> children = NodeSelector::elementChildren(m_element);
-    std::map<WString, const XMLCh*> namespaces;
+    PrefixNamespaces namespaces(m_element);
+    // The elements are read in label order (the order in which fresh identifiers are drawn
+    // and sets written inline are made).
     for (const auto& [label, element] : set) {
         FromXMLMetaAttributeVisitor attribute;
         element->metaAttribute()->accept(attribute);
@@ -83,17 +111,10 @@ void FromXMLMetadataSetVisitor::visit(Metadata::MetadataSet& set) {
             readIdentity(set, *element, *meta, *tagName);
             continue;
         }
-        auto space = namespaces.find(*prefix);
-        if (space == namespaces.end()) {
-            space = namespaces
-                        .emplace(*prefix, NodeSelector::selectedNamespace(
-                                              m_element, *prefix, Vocabulary::rp210Namespace))
-                        .first;
-        }
-        xercesc::DOMElement* child = NodeSelector::firstNamed(children, space->second, *tagName);
+        const XMLNode* child =
+            NodeSelector::firstNamed(m_element, namespaces.of(*prefix), *tagName);
         if (child != nullptr) {
-            FromXMLElementVisitor reader(*child, meta, m_partition, m_setTags, m_names, m_depth);
-            element->accept(reader);
+            readElement(*child, meta, *element);
         }
     }
     readMisplacedIdentity(set);
@@ -103,27 +124,22 @@ void FromXMLMetadataSetVisitor::visit(Metadata::MetadataSet& set) {
 void FromXMLMetadataSetVisitor::readMisplacedIdentity(Metadata::MetadataSet& set) {
     // A set whose definition lacks the identity elements (or one the dictionary does not
     // describe) still carries them as "rp210" attributes when its stored form had them.
-    const auto dictionary = m_partition.partitionDictionary().dictionary();
-    const Types::UniversalLabel& uidLabel =
-        Metadata::Structural::StructuralMetadataULs::instanceUID();
-    xercesc::DOMAttr* uid = m_element.getAttributeNode(Vocabulary::instanceUID);
-    const MetaMetadata::MetaElement* uidMeta = dictionary->findElement(uidLabel);
-    if (uid != nullptr && uidMeta != nullptr && set.findElement(uidLabel) == nullptr) {
+    const XMLAttribute* uid = m_element.attribute(Vocabulary::instanceUID);
+    const MetaMetadata::MetaElement* uidMeta = m_tables.instanceUIDElement();
+    if (uid != nullptr && uidMeta != nullptr &&
+        set.findElement(Metadata::Structural::StructuralMetadataULs::instanceUID()) == nullptr) {
         auto* identity = static_cast<Metadata::SimpleElement*>(
             set.createInvalidElement(std::make_shared<MetaMetadata::MisplacedAttribute>(*uidMeta)));
-        const WString& identifier = m_names.identifierFor(NodeSelector::text(*uid));
-        identity->set(std::make_unique<Types::UUID>(identifier, Types::DottedHex), false);
+        identity->set(std::make_unique<Types::UUID>(m_tables.names().identifierFor(uid->value)),
+                      false);
     }
-    static const Types::UniversalLabel generationLabel(
-        u"06.0E.2B.34.01.01.01.02.05.20.07.01.08.00.00.00", Types::DottedHex);
-    xercesc::DOMAttr* generation = m_element.getAttributeNode(Vocabulary::generationUID);
-    const MetaMetadata::MetaElement* generationMeta = dictionary->findElement(generationLabel);
+    const XMLAttribute* generation = m_element.attribute(Vocabulary::generationUID);
+    const MetaMetadata::MetaElement* generationMeta = m_tables.generationUIDElement();
     if (generation != nullptr && generationMeta != nullptr &&
-        set.findElement(generationLabel) == nullptr) {
+        set.findElement(ImportTables::generationUIDLabel()) == nullptr) {
         Metadata::Element* identity = set.createInvalidElement(
             std::make_shared<MetaMetadata::MisplacedAttribute>(*generationMeta));
-        FromXMLElementVisitor reader(*generation, generationMeta, m_partition, m_setTags, m_names,
-                                     m_depth);
+        FromXMLElementVisitor reader(*generation, generationMeta, m_partition, m_tables, m_depth);
         identity->accept(reader);
     }
 }
@@ -131,13 +147,14 @@ void FromXMLMetadataSetVisitor::readMisplacedIdentity(Metadata::MetadataSet& set
 void FromXMLMetadataSetVisitor::readIdentity(Metadata::MetadataSet& set, Metadata::Element& element,
                                              const MetaMetadata::MetaElement& meta,
                                              const WString& tagName) {
-    const WString qualifiedName = names().rp210 + tagName;
-    xercesc::DOMAttr* attribute = m_element.getAttributeNode(qualifiedName.c_str());
+    const bool generation = tagName == Vocabulary::generationUIDLocalName;
+    const XMLAttribute* attribute =
+        m_element.attribute(generation ? Vocabulary::generationUID : Vocabulary::instanceUID);
     if (attribute == nullptr) {
         return;
     }
-    if (tagName == Vocabulary::generationUIDLocalName) {
-        FromXMLElementVisitor reader(*attribute, &meta, m_partition, m_setTags, m_names, m_depth);
+    if (generation) {
+        FromXMLElementVisitor reader(*attribute, &meta, m_partition, m_tables, m_depth);
         element.accept(reader);
         return;
     }
@@ -145,60 +162,49 @@ void FromXMLMetadataSetVisitor::readIdentity(Metadata::MetadataSet& set, Metadat
     if (identity == nullptr) {
         return;
     }
-    const Types::UUID* own = set.instanceUID();
-    const WString& identifier =
-        m_names.identifierFor(NodeSelector::text(*attribute),
-                              own != nullptr ? own->toString(Types::DottedHex) : WString());
-    identity->set(std::make_unique<Types::UUID>(identifier, Types::DottedHex), false);
+    identity->set(std::make_unique<Types::UUID>(
+                      m_tables.names().identifierFor(attribute->value, set.instanceUID())),
+                  false);
 }
 
 void FromXMLMetadataSetVisitor::readExtensionElements(Metadata::MetadataSet& set) {
     if (!NodeSelector::isPrefixBound(m_element, names().groups)) {
         return;
     }
-    xercesc::DOMElement* container =
+    const XMLNode* container =
         NodeSelector::firstChild(m_element, names().groups, names().extensionElements);
     if (container == nullptr) {
         return;
     }
-    const auto dictionary = m_partition.partitionDictionary().dictionary();
-    for (xercesc::DOMElement* child : NodeSelector::elementChildren(*container)) {
-        readExtensionElement(set, *child, *dictionary);
+    for (const XMLNode& child : container->children()) {
+        readExtensionElement(set, child);
     }
 }
 
 void FromXMLMetadataSetVisitor::readExtensionElement(Metadata::MetadataSet& set,
-                                                     xercesc::DOMElement& node,
-                                                     const MetaMetadata::Dictionary& dictionary) {
-    WString qualifiedName;
-    XMLUtils::utf16ToWstring(node.getNodeName(), qualifiedName);
+                                                     const XMLNode& node) {
+    const WString& qualifiedName = node.qualifiedName();
     const std::size_t colon = qualifiedName.find(u':');
-    const WString prefix = qualifiedName.substr(0, colon);
-    const WString localName =
-        colon == WString::npos ? qualifiedName : qualifiedName.substr(colon + 1);
+    // A name without prefix is looked up whole, as a prefix that no declaration binds.
+    const std::u16string_view prefix = std::u16string_view(qualifiedName).substr(0, colon);
+    const std::u16string_view localName =
+        colon == WString::npos ? std::u16string_view(qualifiedName)
+                               : std::u16string_view(qualifiedName).substr(colon + 1);
     // Only the declarations on the root element are consulted.
-    const WString declaration = u"xmlns:" + prefix;
-    const WString namespaceName =
-        attributeText(*m_element.getOwnerDocument()->getDocumentElement(), declaration.c_str());
-    const WString key = namespaceName + u':' + localName;
-
-    for (auto it = dictionary.metaElementBegin(); it != dictionary.metaElementEnd(); ++it) {
-        const MetaMetadata::MetaElement& meta = *it->second;
-        const WString* space = meta.property(names().namespaceURI);
-        const WString* tagName = meta.property(names().tagName);
-        if (space != nullptr && tagName != nullptr && joinedEquals(*space, *tagName, key)) {
-            Metadata::Element* element =
-                set.createInvalidElement(std::make_shared<MetaMetadata::MisplacedAttribute>(meta));
-            FromXMLElementVisitor reader(node, &meta, m_partition, m_setTags, m_names, m_depth);
-            element->accept(reader);
-            return;
-        }
+    const WString* declared = rootOf(m_element).declaredNamespace(prefix);
+    const MetaMetadata::MetaElement* meta = m_tables.elementNamed(
+        declared != nullptr ? std::u16string_view(*declared) : std::u16string_view(), localName);
+    if (meta == nullptr) {
+        readUnknownElement(set, node);
+        return;
     }
-    readUnknownElement(set, node);
+    Metadata::Element* element =
+        set.createInvalidElement(std::make_shared<MetaMetadata::MisplacedAttribute>(*meta));
+    readElement(node, meta, *element);
 }
 
 void FromXMLMetadataSetVisitor::readUnknownElement(Metadata::MetadataSet& set,
-                                                   xercesc::DOMElement& node) {
+                                                   const XMLNode& node) {
     const WString tagText = attributeText(node, Vocabulary::staticLocalTag);
     const WString labelText = attributeText(node, Vocabulary::universalLabel);
     Metadata::PartitionDictionary& primer = m_partition.partitionDictionary();
@@ -214,21 +220,17 @@ void FromXMLMetadataSetVisitor::readUnknownElement(Metadata::MetadataSet& set,
         tag = primer.findOrGenerate(label);
         Metadata::Element* element =
             set.createInvalidElement(std::make_shared<MetaMetadata::UnknownAttribute>(tag, label));
-        FromXMLElementVisitor reader(node, nullptr, m_partition, m_setTags, m_names, m_depth);
-        element->accept(reader);
+        readElement(node, nullptr, *element);
         return;
     } else {
-        WString name;
-        XMLUtils::utf16ToWstring(node.getNodeName(), name);
-        VELLUM_THROW(ParseError, u"the extension element " + name + u" has neither " +
-                                     Vocabulary::staticLocalTag + u" nor " +
+        VELLUM_THROW(ParseError, u"the extension element " + node.qualifiedName() +
+                                     u" has neither " + Vocabulary::staticLocalTag + u" nor " +
                                      Vocabulary::universalLabel + u" to identify it");
     }
     Metadata::Element* element =
         set.createInvalidElement(std::make_shared<MetaMetadata::UnknownAttribute>(
             tag, MetaMetadata::UnknownAttribute::LocalTagNotResolved));
-    FromXMLElementVisitor reader(node, nullptr, m_partition, m_setTags, m_names, m_depth);
-    element->accept(reader);
+    readElement(node, nullptr, *element);
 }
 
 } // namespace Vellum::XMLBuilder

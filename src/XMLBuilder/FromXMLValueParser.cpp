@@ -81,48 +81,48 @@ int hexDigit(char16_t c) {
 }
 
 /// The child elements of one compound value, with the prefix of its parts resolved once
-/// where the value is (an unbound prefix throws NAMESPACE_ERR here). Without an element (a
-/// value written as an attribute) it has no parts.
+/// where the value is (an unbound prefix throws here). Without an element (a value written
+/// as an attribute) it has no parts.
 class Parts {
 public:
-    Parts(xercesc::DOMElement* element, const WString& prefix)
-        : m_namespace(element != nullptr ? NodeSelector::selectedNamespace(*element, prefix)
-                                         : nullptr) {
-        if (element != nullptr) {
-            m_children = NodeSelector::elementChildren(*element);
-        }
-    }
+    Parts(const XMLNode* element, const WString& prefix)
+        : m_element(element)
+        , m_namespace(element != nullptr ? &NodeSelector::selectedNamespace(*element, prefix)
+                                         : nullptr) {}
 
     /// The first part named `localName`, or nullptr.
-    xercesc::DOMElement* find(const WString& localName) const {
-        return NodeSelector::firstNamed(m_children, m_namespace, localName);
+    const XMLNode* find(std::u16string_view localName) const noexcept {
+        return m_element != nullptr ? NodeSelector::firstNamed(*m_element, *m_namespace, localName)
+                                    : nullptr;
     }
     /// The text of the first part named `localName`, empty when there is none.
-    WString text(const WString& localName) const {
-        const xercesc::DOMElement* part = find(localName);
-        return part != nullptr ? NodeSelector::text(*part) : WString();
+    std::u16string_view text(std::u16string_view localName) const noexcept {
+        const XMLNode* part = find(localName);
+        return part != nullptr ? part->text() : std::u16string_view();
     }
     /// Every part named `localName`, in document order.
-    std::vector<xercesc::DOMElement*> all(const WString& localName) const {
-        std::vector<xercesc::DOMElement*> found;
-        for (xercesc::DOMElement* child : m_children) {
-            if (NodeSelector::isNamed(*child, m_namespace, localName)) {
-                found.push_back(child);
+    std::vector<const XMLNode*> all(std::u16string_view localName) const {
+        std::vector<const XMLNode*> found;
+        if (m_element != nullptr) {
+            for (const XMLNode& child : m_element->children()) {
+                if (NodeSelector::isNamed(child, *m_namespace, localName)) {
+                    found.push_back(&child);
+                }
             }
         }
         return found;
     }
 
 private:
-    const XMLCh* m_namespace;
-    std::vector<xercesc::DOMElement*> m_children;
+    const XMLNode* m_element;
+    const WString* m_namespace;
 };
 
 /// The text of the part `name`; throws InvalidFormat "<assertion>: <message>" at `line` when
 /// it is missing or empty.
-WString requiredPart(const Parts& parts, const char16_t* name, const char* assertion,
-                     const char* message, unsigned line) {
-    WString value = parts.text(name);
+std::u16string_view requiredPart(const Parts& parts, const char16_t* name, const char* assertion,
+                                 const char* message, unsigned line) {
+    const std::u16string_view value = parts.text(name);
     if (value.empty()) {
         throw Exceptions::InvalidFormat(std::string(assertion) + ": " + message,
                                         FromXMLValueParser::sourceName, line);
@@ -133,15 +133,14 @@ WString requiredPart(const Parts& parts, const char16_t* name, const char* asser
 /// The wrapping child of a JPEG 2000 value; throws the assertion messages at `line` when it is
 /// missing and at `line + 1` when its local name is another (a check kept for the message: a
 /// child found by namespace and name always passes it).
-xercesc::DOMElement& j2kComponent(xercesc::DOMElement* element, const WString& name,
-                                  const char* message, unsigned line) {
-    xercesc::DOMElement* component = Parts(element, j2kPrefix()).find(name);
+const XMLNode& j2kComponent(const XMLNode* element, const WString& name, const char* message,
+                            unsigned line) {
+    const XMLNode* component = Parts(element, j2kPrefix()).find(name);
     if (component == nullptr) {
         throw Exceptions::InvalidFormat(std::string("domComponentElement != 0: ") + message,
                                         FromXMLValueParser::sourceName, line);
     }
-    const XMLCh* localName = component->getLocalName();
-    if (localName == nullptr || name != localName) {
+    if (name != component->localName()) {
         throw Exceptions::InvalidFormat("retrieveNodeName (domComponentElement) == L\"" +
                                             Utils::wstringToString(name) + "\": " + message,
                                         FromXMLValueParser::sourceName, line + 1);
@@ -150,48 +149,48 @@ xercesc::DOMElement& j2kComponent(xercesc::DOMElement* element, const WString& n
 }
 
 template <class T>
-T cut(const WString& text) {
+T cut(std::u16string_view text) {
     return static_cast<T>(FromXMLValueParser::readDecimal(text));
 }
 
-ValuePtr parsePictureComponent(xercesc::DOMElement* element) {
+ValuePtr parsePictureComponent(const XMLNode* element) {
     const char* message = "No 'J2KPictureComponent' element from 'PictureComponentSizing' in XML "
                           "metadata";
     const Parts parts(&j2kComponent(element, u"J2KPictureComponent", message, 255), j2kPrefix());
-    const WString sSiziValue = requiredPart(parts, u"Ssizi", "!sSiziValue.empty ()",
-                                            "No 'Ssizi' element in XML metadata", 259);
-    const WString xRSiziValue = requiredPart(parts, u"XRSizi", "!xRSiziValue.empty ()",
-                                             "No 'XRSizi' element in XML metadata", 262);
-    const WString yRSiziValue = requiredPart(parts, u"YRSizi", "!yRSiziValue.empty ()",
-                                             "No 'YRSizi' element in XML metadata", 265);
+    const std::u16string_view sSiziValue = requiredPart(parts, u"Ssizi", "!sSiziValue.empty ()",
+                                                        "No 'Ssizi' element in XML metadata", 259);
+    const std::u16string_view xRSiziValue = requiredPart(
+        parts, u"XRSizi", "!xRSiziValue.empty ()", "No 'XRSizi' element in XML metadata", 262);
+    const std::u16string_view yRSiziValue = requiredPart(
+        parts, u"YRSizi", "!yRSiziValue.empty ()", "No 'YRSizi' element in XML metadata", 265);
     return std::make_unique<Types::J2KPictureComponent>(cut<std::uint8_t>(sSiziValue),
                                                         cut<std::uint8_t>(xRSiziValue),
                                                         cut<std::uint8_t>(yRSiziValue));
 }
 
-ValuePtr parseCodingStyle(xercesc::DOMElement* element) {
+ValuePtr parseCodingStyle(const XMLNode* element) {
     const char* message = "No 'J2KCodingStyleDefault' element from 'CodingStyleDefault' in XML "
                           "metadata";
     const Parts parts(&j2kComponent(element, u"J2KCodingStyleDefault", message, 296), j2kPrefix());
-    const WString scodValue = requiredPart(parts, u"Scod", "!scodValue.empty ()",
-                                           "No 'Scod' element in XML metadata", 300);
-    const WString sGcodValue = requiredPart(parts, u"SGcod", "!sGcodValue.empty ()",
-                                            "No 'SGcod' element in XML metadata", 303);
-    const WString spcodValue = requiredPart(parts, u"Spcod", "!spcodValue.empty ()",
-                                            "No 'Spcod' element in XML metadata", 306);
+    const std::u16string_view scodValue = requiredPart(parts, u"Scod", "!scodValue.empty ()",
+                                                       "No 'Scod' element in XML metadata", 300);
+    const std::u16string_view sGcodValue = requiredPart(parts, u"SGcod", "!sGcodValue.empty ()",
+                                                        "No 'SGcod' element in XML metadata", 303);
+    const std::u16string_view spcodValue = requiredPart(parts, u"Spcod", "!spcodValue.empty ()",
+                                                        "No 'Spcod' element in XML metadata", 306);
     const std::vector<std::uint8_t> spcod = FromXMLValueParser::readHex(spcodValue);
     return std::make_unique<Types::J2KCodingStyleDefault>(
         cut<std::uint8_t>(scodValue), cut<std::uint32_t>(sGcodValue), spcod.data(), spcod.size());
 }
 
-ValuePtr parseQuantisation(xercesc::DOMElement* element) {
+ValuePtr parseQuantisation(const XMLNode* element) {
     const char* message = "No 'J2KQuantisationDefault' element from 'QuantisationDefault' in XML "
                           "metadata";
     const Parts parts(&j2kComponent(element, u"J2KQuantisationDefault", message, 337), j2kPrefix());
-    const WString sqcdValue = requiredPart(parts, u"Sqcd", "!sqcdValue.empty ()",
-                                           "No 'Sqcd' element in XML metadata", 341);
-    const WString sPgcdValue = requiredPart(parts, u"SPgcd", "!sPgcdValue.empty ()",
-                                            "No 'SPgcd' element in XML metadata", 344);
+    const std::u16string_view sqcdValue = requiredPart(parts, u"Sqcd", "!sqcdValue.empty ()",
+                                                       "No 'Sqcd' element in XML metadata", 341);
+    const std::u16string_view sPgcdValue = requiredPart(parts, u"SPgcd", "!sPgcdValue.empty ()",
+                                                        "No 'SPgcd' element in XML metadata", 344);
     const std::vector<std::uint8_t> sPgcd = FromXMLValueParser::readHex(sPgcdValue);
     return std::make_unique<Types::J2KQuantisationDefault>(cut<std::uint8_t>(sqcdValue),
                                                            sPgcd.data(), sPgcd.size());
@@ -199,11 +198,11 @@ ValuePtr parseQuantisation(xercesc::DOMElement* element) {
 
 /// The decimal values of the parts `names`, in order; false when one is missing or empty.
 template <std::size_t N>
-bool readParts(xercesc::DOMElement* element, const char16_t* const (&names)[N],
+bool readParts(const XMLNode* element, const char16_t* const (&names)[N],
                std::array<std::uint64_t, N>& out) {
     const Parts parts(element, typesPrefix());
     for (std::size_t i = 0; i < N; ++i) {
-        const WString text = parts.text(names[i]);
+        const std::u16string_view text = parts.text(names[i]);
         if (text.empty()) {
             return false;
         }
@@ -212,7 +211,7 @@ bool readParts(xercesc::DOMElement* element, const char16_t* const (&names)[N],
     return true;
 }
 
-ValuePtr parseRational(xercesc::DOMElement* element) {
+ValuePtr parseRational(const XMLNode* element) {
     static const char16_t* const names[] = {u"Numerator", u"Denominator"};
     std::array<std::uint64_t, 2> parts{};
     if (!readParts(element, names, parts)) {
@@ -223,7 +222,7 @@ ValuePtr parseRational(xercesc::DOMElement* element) {
         static_cast<std::int32_t>(static_cast<std::uint32_t>(parts[1])));
 }
 
-ValuePtr parseProductVersion(xercesc::DOMElement* element) {
+ValuePtr parseProductVersion(const XMLNode* element) {
     static const char16_t* const names[] = {u"Major", u"Minor", u"Patch", u"Build", u"Release"};
     std::array<std::uint64_t, 5> parts{};
     if (!readParts(element, names, parts)) {
@@ -235,10 +234,10 @@ ValuePtr parseProductVersion(xercesc::DOMElement* element) {
         static_cast<Types::ProductVersion::ReleaseVersion>(static_cast<std::uint16_t>(parts[4])));
 }
 
-ValuePtr parseRGBALayout(xercesc::DOMElement* element) {
+ValuePtr parseRGBALayout(const XMLNode* element) {
     auto layout = std::make_unique<Types::RGBALayout>();
     std::size_t index = 0;
-    for (xercesc::DOMElement* component : Parts(element, typesPrefix()).all(u"RGBAComponent")) {
+    for (const XMLNode* component : Parts(element, typesPrefix()).all(u"RGBAComponent")) {
         const Parts fields(component, typesPrefix());
         Types::RGBALayout::RGBAComponent value;
         value.code = cut<std::uint8_t>(fields.text(u"Code"));
@@ -266,7 +265,7 @@ constexpr TimestampPart timestampParts[] = {
     {u"Minute", "!minutesValue.empty ()", "No 'Minute' element in XML metadata", 392},
 };
 
-ValuePtr parseTimestamp(xercesc::DOMElement* element) {
+ValuePtr parseTimestamp(const XMLNode* element) {
     const Parts parts(element, typesPrefix());
     std::array<std::uint32_t, 7> values{};
     for (std::size_t i = 0; i < values.size(); ++i) {
@@ -283,7 +282,7 @@ ValuePtr parseTimestamp(xercesc::DOMElement* element) {
 }
 
 /// Values whose parts are child elements.
-ValuePtr parseCompound(xercesc::DOMElement* element, Identifier type) {
+ValuePtr parseCompound(const XMLNode* element, Identifier type) {
     switch (type) {
     case Identifier::ProductVersion:
         return parseProductVersion(element);
@@ -304,7 +303,7 @@ ValuePtr parseCompound(xercesc::DOMElement* element, Identifier type) {
     }
 }
 
-ValuePtr parseUTF16(const WString& text) {
+ValuePtr parseUTF16(std::u16string_view text) {
     for (const char16_t c : text) {
         if (!isBlank(c)) {
             return std::make_unique<Types::UTF16>(c);
@@ -313,19 +312,15 @@ ValuePtr parseUTF16(const WString& text) {
     return nullptr;
 }
 
-ValuePtr parseUMID64(const xercesc::DOMNode& node, const WString& text) {
-    const XMLCh* localName = node.getLocalName();
-    if (localName == nullptr) {
-        localName = node.getNodeName();
+ValuePtr parseUMID64(std::u16string_view localName, std::u16string_view text) {
+    if (text.size() == basicUMIDTextLength && localName == extendedClipID) {
+        return std::make_unique<Types::UMID64>(WString(text) + zeroSourcePack, Types::DottedHex);
     }
-    if (text.size() == basicUMIDTextLength && WString(localName) == extendedClipID) {
-        return std::make_unique<Types::UMID64>(text + zeroSourcePack, Types::DottedHex);
-    }
-    return std::make_unique<Types::UMID64>(text, Types::DottedHex);
+    return std::make_unique<Types::UMID64>(WString(text), Types::DottedHex);
 }
 
 /// Numbers, kept at their width.
-ValuePtr parseNumber(const WString& text, Identifier type) {
+ValuePtr parseNumber(std::u16string_view text, Identifier type) {
     const std::uint64_t bits = FromXMLValueParser::readDecimal(text);
     switch (type) {
     case Identifier::Int8:
@@ -363,7 +358,7 @@ ValuePtr parseNumber(const WString& text, Identifier type) {
 }
 
 /// Values written as the node's text.
-ValuePtr parseText(const xercesc::DOMNode& node, const WString& text, Identifier type) {
+ValuePtr parseTextForm(std::u16string_view localName, std::u16string_view text, Identifier type) {
     switch (type) {
     case Identifier::Boolean:
         return std::make_unique<Types::Boolean>(text != u"0");
@@ -374,17 +369,17 @@ ValuePtr parseText(const xercesc::DOMNode& node, const WString& text, Identifier
     case Identifier::ISO7String:
         return std::make_unique<Types::ISO7String>(Utils::wstringToString(text));
     case Identifier::UTF16String:
-        return std::make_unique<Types::UTF16String>(text);
+        return std::make_unique<Types::UTF16String>(WString(text));
     case Identifier::UTF16:
         return parseUTF16(text);
     case Identifier::UMID32:
-        return std::make_unique<Types::UMID32>(text, Types::DottedHex);
+        return std::make_unique<Types::UMID32>(WString(text), Types::DottedHex);
     case Identifier::UMID64:
-        return parseUMID64(node, text);
+        return parseUMID64(localName, text);
     case Identifier::UniversalLabel:
-        return std::make_unique<Types::UniversalLabel>(text, Types::DottedHex);
+        return std::make_unique<Types::UniversalLabel>(WString(text), Types::DottedHex);
     case Identifier::UUID:
-        return std::make_unique<Types::UUID>(text, Types::DottedHex);
+        return std::make_unique<Types::UUID>(WString(text), Types::DottedHex);
     default:
         return parseNumber(text, type);
     }
@@ -399,18 +394,29 @@ bool isCompound(Identifier type) {
 
 } // namespace
 
-ValuePtr FromXMLValueParser::parse(xercesc::DOMNode& node, Identifier type) {
-    const bool element = node.getNodeType() == xercesc::DOMNode::ELEMENT_NODE;
-    if (element && node.getFirstChild() == nullptr) {
+ValuePtr FromXMLValueParser::parse(const XMLNode& element, Identifier type) {
+    if (element.isEmpty()) {
         return nullptr;
     }
     if (isCompound(type)) {
-        return parseCompound(element ? static_cast<xercesc::DOMElement*>(&node) : nullptr, type);
+        return parseCompound(&element, type);
     }
-    return parseText(node, NodeSelector::text(node), type);
+    return parseTextForm(element.localName(), element.text(), type);
 }
 
-std::vector<std::uint8_t> FromXMLValueParser::readHex(const WString& text) {
+ValuePtr FromXMLValueParser::parse(const XMLAttribute& attribute, Identifier type) {
+    return parseText(attribute.value, type, attribute.name->localName);
+}
+
+ValuePtr FromXMLValueParser::parseText(std::u16string_view text, Identifier type,
+                                       std::u16string_view localName) {
+    if (isCompound(type)) {
+        return parseCompound(nullptr, type);
+    }
+    return parseTextForm(localName, text, type);
+}
+
+std::vector<std::uint8_t> FromXMLValueParser::readHex(std::u16string_view text) {
     if (text.size() % 2 != 0) {
         throw Exceptions::InvalidFormat(std::string("Value has invalid Length"), sourceName, 110);
     }
@@ -428,7 +434,7 @@ std::vector<std::uint8_t> FromXMLValueParser::readHex(const WString& text) {
     return bytes;
 }
 
-std::uint64_t FromXMLValueParser::readDecimal(const WString& text) noexcept {
+std::uint64_t FromXMLValueParser::readDecimal(std::u16string_view text) noexcept {
     std::size_t i = 0;
     while (i < text.size() && isBlank(text[i])) {
         ++i;
@@ -445,10 +451,10 @@ std::uint64_t FromXMLValueParser::readDecimal(const WString& text) noexcept {
     return negative ? ~value + 1U : value;
 }
 
-WString FromXMLValueParser::readChildText(xercesc::DOMElement& parent, const WString& prefix,
-                                          const WString& localName) {
-    const xercesc::DOMElement* child = NodeSelector::firstChild(parent, prefix, localName);
-    return child != nullptr ? NodeSelector::text(*child) : WString();
+WString FromXMLValueParser::readChildText(const XMLNode& parent, std::u16string_view prefix,
+                                          std::u16string_view localName) {
+    const XMLNode* child = NodeSelector::firstChild(parent, prefix, localName);
+    return child != nullptr ? WString(child->text()) : WString();
 }
 
 } // namespace Vellum::XMLBuilder

@@ -1,101 +1,61 @@
 #include "Vellum/XMLBuilder/NodeSelector.h"
 
-#include "Vellum/XMLUtils/Document.h"
+#include "Vellum/Exceptions/ParseError.h"
+#include "Vellum/Utils/StringConversion.h"
 
-#include <xercesc/dom/DOMException.hpp>
-#include <xercesc/util/XMLString.hpp>
-#include <xercesc/util/XMLUni.hpp>
+#include <string>
 
 namespace Vellum::XMLBuilder {
 namespace {
 
-// The selections walk the children directly. They select exactly what Xerces-C's XPath
-// evaluation of "./*" and "./prefix:name" selects (a prefix resolved as its namespace
-// resolver resolves it, the first match in document order, NAMESPACE_ERR for an unbound
-// prefix) at a fraction of its cost: the evaluator compiles every expression and visits
-// the whole subtree below each child that does not match.
+// The selections walk the children directly and select exactly what XPath evaluation of
+// "./prefix:name" selects: the prefix resolved through the declarations in scope, the first
+// match in document order, and the namespace error for an unbound prefix.
 
-/// The namespace `prefix` is bound to in scope of `context` (the reserved "xml" prefix
-/// included), or nullptr.
-const XMLCh* namespaceOf(const xercesc::DOMElement& context, const WString& prefix) {
-    if (prefix == xercesc::XMLUni::fgXMLString) {
-        return xercesc::XMLUni::fgXMLURIName;
-    }
-    return context.lookupNamespaceURI(prefix.c_str());
+const WString& noNamespace() {
+    static const WString empty;
+    return empty;
+}
+
+WString decimal(std::uint32_t value) {
+    return Utils::stringToWstring(std::to_string(value));
 }
 
 } // namespace
 
-const XMLCh* NodeSelector::selectedNamespace(xercesc::DOMElement& context, const WString& prefix,
-                                             const XMLCh* fallbackNamespace) {
+const WString& NodeSelector::selectedNamespace(const XMLNode& context, std::u16string_view prefix,
+                                               const WString* fallbackNamespace) {
     if (prefix.empty()) {
-        return nullptr;
+        return noNamespace();
     }
-    const XMLCh* space = namespaceOf(context, prefix);
-    if (space != nullptr) {
-        return space;
+    if (const WString* space = context.lookupNamespace(prefix)) {
+        return *space;
     }
     if (fallbackNamespace == nullptr) {
-        throw xercesc::DOMException(xercesc::DOMException::NAMESPACE_ERR, 0);
+        throw Exceptions::ParseError(
+            u"DOMException:: attempt is made to create or change an object in a way which is "
+            u"incorrect with respect to namespaces(14): the prefix '" +
+                WString(prefix) + u"' is not bound at " + context.qualifiedName() + u", line " +
+                decimal(context.line()) + u", column " + decimal(context.column()),
+            "Vellum/XMLBuilder/NodeSelector", __LINE__);
     }
-    return fallbackNamespace;
+    return *fallbackNamespace;
 }
 
-bool NodeSelector::isNamed(const xercesc::DOMElement& element, const XMLCh* namespaceURI,
-                           const WString& localName) {
-    const XMLCh* local = element.getLocalName();
-    return local != nullptr && localName == local &&
-           xercesc::XMLString::equals(element.getNamespaceURI(), namespaceURI);
-}
-
-xercesc::DOMElement* NodeSelector::firstNamed(const std::vector<xercesc::DOMElement*>& elements,
-                                              const XMLCh* namespaceURI, const WString& localName) {
-    for (xercesc::DOMElement* element : elements) {
-        if (isNamed(*element, namespaceURI, localName)) {
-            return element;
+const XMLNode* NodeSelector::firstNamed(const XMLNode& context, std::u16string_view namespaceURI,
+                                        std::u16string_view localName) noexcept {
+    for (const XMLNode& child : context.children()) {
+        if (isNamed(child, namespaceURI, localName)) {
+            return &child;
         }
     }
     return nullptr;
 }
 
-std::vector<xercesc::DOMElement*> NodeSelector::elementChildren(xercesc::DOMElement& context) {
-    std::vector<xercesc::DOMElement*> children;
-    for (xercesc::DOMElement* child = context.getFirstElementChild(); child != nullptr;
-         child = child->getNextElementSibling()) {
-        children.push_back(child);
-    }
-    return children;
-}
-
-xercesc::DOMElement* NodeSelector::firstElementChild(xercesc::DOMElement& context) {
-    return context.getFirstElementChild();
-}
-
-xercesc::DOMElement* NodeSelector::firstChild(xercesc::DOMElement& context, const WString& prefix,
-                                              const WString& localName,
-                                              const XMLCh* fallbackNamespace) {
-    const XMLCh* space = selectedNamespace(context, prefix, fallbackNamespace);
-    for (xercesc::DOMElement* child = context.getFirstElementChild(); child != nullptr;
-         child = child->getNextElementSibling()) {
-        if (isNamed(*child, space, localName)) {
-            return child;
-        }
-    }
-    return nullptr;
-}
-
-bool NodeSelector::isPrefixBound(xercesc::DOMElement& context, const WString& prefix) {
-    return namespaceOf(context, prefix) != nullptr;
-}
-
-WString NodeSelector::text(const xercesc::DOMNode& node) {
-    WString out;
-    if (node.getNodeType() == xercesc::DOMNode::ATTRIBUTE_NODE) {
-        XMLUtils::utf16ToWstring(node.getNodeValue(), out);
-    } else if (const xercesc::DOMNode* first = node.getFirstChild()) {
-        XMLUtils::utf16ToWstring(first->getNodeValue(), out);
-    }
-    return out;
+const XMLNode* NodeSelector::firstChild(const XMLNode& context, std::u16string_view prefix,
+                                        std::u16string_view localName,
+                                        const WString* fallbackNamespace) {
+    return firstNamed(context, selectedNamespace(context, prefix, fallbackNamespace), localName);
 }
 
 } // namespace Vellum::XMLBuilder

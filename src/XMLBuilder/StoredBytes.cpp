@@ -1,36 +1,26 @@
 #include "XMLBuilder/StoredBytes.h"
 
+#include "XMLBuilder/MarkupSink.h"
+#include "XMLBuilder/ToXMLBaseTypeVisitor.h"
+
 #include "Vellum/DataIO/Memory/MemoryDataSink.h"
-#include "Vellum/DataIO/Slice.h"
 #include "Vellum/Exceptions/BaseException.h"
 #include "Vellum/Metadata/Element.h"
-#include "Vellum/Types/Factories/ValueFactory.h"
+#include "Vellum/Types/ISO7String.h"
 #include "Vellum/Types/SimpleDataType.h"
+#include "Vellum/Types/UTF16String.h"
 #include "Vellum/XMLBuilder/FromXMLValueParser.h"
-#include "Vellum/XMLBuilder/NamespaceRecord.h"
-#include "Vellum/XMLBuilder/ToXMLBaseTypeVisitor.h"
-#include "Vellum/XMLBuilder/Vocabulary.h"
-#include "Vellum/XMLUtils/Document.h"
-
-#include <xercesc/dom/DOMDocument.hpp>
-#include <xercesc/dom/DOMElement.hpp>
-#include <xercesc/util/XMLException.hpp>
 
 #include <algorithm>
+#include <vector>
 
 namespace Vellum::XMLBuilder {
 namespace {
 
 using Types::Identifiers::Identifier;
 
-// Import drops whitespace-only text nodes, so such a text reads as no text at all.
-WString visibleText(const xercesc::DOMNode& node) {
-    WString text;
-    XMLUtils::utf16ToWstring(node.getTextContent(), text);
-    const bool blank = std::all_of(text.begin(), text.end(), [](char16_t c) {
-        return c == u' ' || c == u'\t' || c == u'\r' || c == u'\n';
-    });
-    return blank ? WString() : text;
+bool isBlank(char16_t c) {
+    return c == u' ' || c == u'\t' || c == u'\r' || c == u'\n';
 }
 
 // Types whose text always gives back the stored bytes, or that are written as child elements
@@ -71,43 +61,106 @@ bool rgbaBeyondFive(const std::vector<std::uint8_t>& bytes) {
            std::any_of(bytes.begin() + written, bytes.end(), [](std::uint8_t b) { return b != 0; });
 }
 
-bool textGivesBack(xercesc::DOMElement& element, Identifier type,
-                   const std::vector<std::uint8_t>& stored) {
-    if (visibleText(element).empty()) {
-        return false; // an empty element reads as no value
-    }
-    try {
-        const auto parsed = FromXMLValueParser::parse(element, type);
-        return parsed && parsed->rawBuffer() == stored;
-    } catch (const Exceptions::BaseException&) {
+/// The text an element gets from the value writer: all its text nodes, at any depth.
+class TextCapture final : public MarkupSink {
+public:
+    void startElement(std::u16string_view, std::u16string_view) override {}
+    void attribute(std::u16string_view, std::u16string_view, std::u16string_view) override {}
+    void text(std::u16string_view value) override { all.append(value); }
+    void endElement() override {}
+
+    WString all;
+};
+
+/// A UTF-16 string reads back as itself when it has no NUL, only characters XML holds and
+/// not only blanks (an element of blanks reads as no value).
+bool exactUTF16String(const Types::UTF16String& value) {
+    const WString& units = value.storedUnits();
+    if (units.empty() || std::all_of(units.begin(), units.end(), isBlank)) {
         return false;
-    } catch (const xercesc::XMLException&) {
-        return false;
     }
+    for (std::size_t i = 0; i < units.size(); ++i) {
+        const char16_t c = units[i];
+        if (c >= 0x20 && c < 0xD800) {
+            continue;
+        }
+        if (c >= 0xD800 && c <= 0xDBFF && i + 1 < units.size() && units[i + 1] >= 0xDC00 &&
+            units[i + 1] <= 0xDFFF) {
+            ++i;
+            continue;
+        }
+        const bool allowed = c == u'\t' || c == u'\n' || c == u'\r' || (c >= 0xE000 && c <= 0xFFFD);
+        if (!allowed) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// An ISO 7 string of printable ASCII (and tab, LF, CR), not only blanks, reads back as
+/// itself; nothing is known of other strings without reading them.
+bool exactPrintableISO7String(const std::vector<std::uint8_t>& bytes) {
+    const auto printable = [](std::uint8_t b) {
+        return (b >= 0x20 && b < 0x7F) || b == '\t' || b == '\n' || b == '\r';
+    };
+    return !bytes.empty() && std::all_of(bytes.begin(), bytes.end(), printable) &&
+           !std::all_of(bytes.begin(), bytes.end(), [](std::uint8_t b) { return isBlank(b); });
 }
 
 } // namespace
 
-void StoredBytes::markIfInexact(xercesc::DOMElement& element, const Types::SimpleDataType& value,
-                                Identifier type, NamespaceRecord& namespaces) {
-    if (alwaysExact(type) && value.identifier() == type) {
-        return;
+bool StoredBytes::needed(const Types::SimpleDataType& value, Identifier type,
+                         std::u16string_view localName) {
+    if (value.identifier() == type) {
+        if (alwaysExact(type)) {
+            return false;
+        }
+        switch (type) {
+        case Identifier::DataStream:
+        case Identifier::Unknown:
+            // Hexadecimal gives back any bytes, but no bytes is an empty element: no value.
+            return value.serializedSize() == 0;
+        case Identifier::UTF16String:
+            return !exactUTF16String(static_cast<const Types::UTF16String&>(value));
+        case Identifier::ISO7String:
+            if (exactPrintableISO7String(value.rawBuffer())) {
+                return false;
+            }
+            break;
+        case Identifier::RGBALayout:
+            return rgbaBeyondFive(value.rawBuffer());
+        default:
+            break;
+        }
     }
-    const std::vector<std::uint8_t> stored = value.rawBuffer();
-    const bool exact = value.identifier() == Identifier::RGBALayout && type == value.identifier()
-                           ? !rgbaBeyondFive(stored)
-                           : textGivesBack(element, type, stored);
-    if (exact) {
-        return;
-    }
-    namespaces.enter(Vocabulary::groupsNamespace, Vocabulary::groupsPrefix);
-    const WString hex = ToXMLBaseTypeVisitor::hexText(stored.data(), stored.size());
-    element.setAttributeNS(Vocabulary::groupsNamespace, Vocabulary::storedBytes, hex.c_str());
+    return neededByReading(value, type, localName);
 }
 
-void StoredBytes::markEmptyCollection(xercesc::DOMElement& element,
-                                      const Metadata::Element& collection,
-                                      std::uint32_t importedItemSize, NamespaceRecord& namespaces) {
+bool StoredBytes::neededByReading(const Types::SimpleDataType& value, Identifier type,
+                                  std::u16string_view localName) {
+    const std::vector<std::uint8_t> stored = value.rawBuffer();
+    if (value.identifier() == type && alwaysExact(type)) {
+        return false;
+    }
+    if (value.identifier() == Identifier::RGBALayout && type == Identifier::RGBALayout) {
+        return rgbaBeyondFive(stored);
+    }
+    TextCapture text;
+    ToXMLBaseTypeVisitor writer(text);
+    value.accept(writer);
+    if (std::all_of(text.all.begin(), text.all.end(), isBlank)) {
+        return true; // an empty element reads as no value
+    }
+    try {
+        const auto parsed = FromXMLValueParser::parseText(text.all, type, localName);
+        return !parsed || parsed->rawBuffer() != stored;
+    } catch (const Exceptions::BaseException&) {
+        return true;
+    }
+}
+
+WString StoredBytes::emptyCollection(const Metadata::Element& collection,
+                                     std::uint32_t importedItemSize) {
     DataIO::Memory::MemoryDataSink sink;
     collection.serializeValue(sink);
     const std::vector<std::uint8_t> stored(sink.rawBuffer(),
@@ -120,56 +173,10 @@ void StoredBytes::markEmptyCollection(xercesc::DOMElement& element,
                                                 static_cast<std::uint8_t>(importedItemSize >> 16U),
                                                 static_cast<std::uint8_t>(importedItemSize >> 8U),
                                                 static_cast<std::uint8_t>(importedItemSize)};
-    if (stored != imported) {
-        namespaces.enter(Vocabulary::groupsNamespace, Vocabulary::groupsPrefix);
-        const WString hex = ToXMLBaseTypeVisitor::hexText(stored.data(), stored.size());
-        element.setAttributeNS(Vocabulary::groupsNamespace, Vocabulary::storedBytes, hex.c_str());
-    }
-}
-
-std::vector<std::uint8_t> StoredBytes::emptyCollection(const xercesc::DOMElement& element) {
-    const xercesc::DOMAttr* attribute =
-        element.getAttributeNodeNS(Vocabulary::groupsNamespace, u"StoredBytes");
-    if (attribute == nullptr || element.getFirstElementChild() != nullptr) {
+    if (stored == imported) {
         return {};
     }
-    WString hexText;
-    XMLUtils::utf16ToWstring(attribute->getValue(), hexText);
-    return FromXMLValueParser::readHex(hexText);
-}
-
-Templates::auto_ptr<Types::SimpleDataType> StoredBytes::read(xercesc::DOMNode& node,
-                                                             Identifier type) {
-    if (node.getNodeType() != xercesc::DOMNode::ELEMENT_NODE) {
-        return nullptr;
-    }
-    auto& element = static_cast<xercesc::DOMElement&>(node);
-    const xercesc::DOMAttr* attribute =
-        element.getAttributeNodeNS(Vocabulary::groupsNamespace, u"StoredBytes");
-    if (attribute == nullptr) {
-        return nullptr;
-    }
-    WString hexText;
-    XMLUtils::utf16ToWstring(attribute->getValue(), hexText);
-    try {
-        const std::vector<std::uint8_t> bytes = FromXMLValueParser::readHex(hexText);
-        const Identifier kind =
-            Types::Factories::ValueFactory::hasValueClass(type) ? type : Identifier::Unknown;
-        auto value =
-            Types::Factories::ValueFactory::create(kind, DataIO::Slice(bytes.data(), bytes.size()));
-        // What the export writes for these bytes, in a scratch element of the same document.
-        xercesc::DOMDocument& document = *element.getOwnerDocument();
-        xercesc::DOMElement* scratch =
-            document.createElementNS(element.getNamespaceURI(), element.getNodeName());
-        NamespaceRecord scratchNamespaces;
-        ToXMLBaseTypeVisitor writer(scratch, scratchNamespaces);
-        value->accept(writer);
-        const bool unedited = visibleText(*scratch) == visibleText(element);
-        scratch->release();
-        return unedited ? std::move(value) : nullptr;
-    } catch (const Exceptions::BaseException&) {
-        return nullptr; // stored bytes that do not fit the type: the text decides
-    }
+    return ToXMLBaseTypeVisitor::hexText(stored.data(), stored.size());
 }
 
 } // namespace Vellum::XMLBuilder

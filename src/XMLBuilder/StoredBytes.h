@@ -3,16 +3,10 @@
 
 #include "Vellum/Templates/Templates.h"
 #include "Vellum/Types/Identifiers.h"
-
-#include <xercesc/util/XercesDefs.hpp>
+#include "Vellum/XMLBuilder/Export.h"
 
 #include <cstdint>
-#include <vector>
-
-XERCES_CPP_NAMESPACE_BEGIN
-class DOMElement;
-class DOMNode;
-XERCES_CPP_NAMESPACE_END
+#include <string_view>
 
 namespace Vellum::Metadata {
 class Element;
@@ -24,35 +18,30 @@ class SimpleDataType;
 
 namespace Vellum::XMLBuilder {
 
-class NamespaceRecord;
-
-/// "groups:StoredBytes": the stored bytes of a value whose text does not give them back
-/// (strings with terminators or padding, characters XML cannot hold, whitespace-only or empty
-/// strings, odd booleans, RGBA layouts beyond five components, raw values), so that an
-/// unedited value imports to exactly the bytes it was read from.
-class StoredBytes {
+/// When the export adds "groups:StoredBytes", the stored bytes of a value in hexadecimal, to
+/// a value's element: when its text does not give them back (strings with terminators or
+/// padding, characters XML cannot hold, whitespace-only or empty strings, odd booleans, RGBA
+/// layouts beyond five components, raw values), so that an unedited value imports to exactly
+/// the bytes it was read from. Decided from the value alone, before its element is written.
+class VELLUM_XMLBUILDER_EXPORT StoredBytes {
 public:
-    /// Adds "groups:StoredBytes" to `element`, which holds the text the export wrote for
-    /// `value`, when reading that text as `type` would not give the value's stored bytes.
-    static void markIfInexact(xercesc::DOMElement& element, const Types::SimpleDataType& value,
-                              Types::Identifiers::Identifier type, NamespaceRecord& namespaces);
+    StoredBytes() = delete;
 
-    /// Adds "groups:StoredBytes" to the element of an empty collection when its stored form
-    /// (count and item size) is not the one the import makes for no items: a count of 0 and
-    /// `importedItemSize`.
-    static void markEmptyCollection(xercesc::DOMElement& element,
-                                    const Metadata::Element& collection,
-                                    std::uint32_t importedItemSize, NamespaceRecord& namespaces);
+    /// Whether the element `localName` that holds `value` as the export writes it needs the
+    /// stored bytes: the import, reading its text as `type`, would not give `value`'s bytes.
+    static bool needed(const Types::SimpleDataType& value, Types::Identifiers::Identifier type,
+                       std::u16string_view localName);
 
-    /// The stored form of an empty collection: the "groups:StoredBytes" of `element` when it
-    /// has them and no items; empty otherwise.
-    static std::vector<std::uint8_t> emptyCollection(const xercesc::DOMElement& element);
+    /// The same, always reading the value's text back as the import does (no shortcut for
+    /// the common types); `needed` gives the same answer, faster.
+    static bool neededByReading(const Types::SimpleDataType& value,
+                                Types::Identifiers::Identifier type, std::u16string_view localName);
 
-    /// The value of `node` read from its "groups:StoredBytes" as `type`, when it has them and
-    /// its text is what the export writes for them (the value was not edited); otherwise
-    /// nothing, and the text is to be read.
-    static Templates::auto_ptr<Types::SimpleDataType> read(xercesc::DOMNode& node,
-                                                           Types::Identifiers::Identifier type);
+    /// The stored bytes in hexadecimal of an empty collection whose stored form (count and
+    /// item size) is not the one the import makes for no items (a count of 0 and
+    /// `importedItemSize`); empty when it is.
+    static WString emptyCollection(const Metadata::Element& collection,
+                                   std::uint32_t importedItemSize);
 };
 
 } // namespace Vellum::XMLBuilder

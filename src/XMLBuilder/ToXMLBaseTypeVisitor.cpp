@@ -1,4 +1,4 @@
-#include "Vellum/XMLBuilder/ToXMLBaseTypeVisitor.h"
+#include "XMLBuilder/ToXMLBaseTypeVisitor.h"
 
 #include "Vellum/Types/Array.h"
 #include "Vellum/Types/Batch.h"
@@ -35,14 +35,10 @@
 #include "Vellum/Types/UniversalLabel.h"
 #include "Vellum/Types/Unknown.h"
 #include "Vellum/Types/VersionType.h"
+#include "Vellum/Types/Visitors/NullVisitor.h"
 #include "Vellum/Types/WeakReference.h"
 #include "Vellum/Utils/StringConversion.h"
-#include "Vellum/XMLBuilder/NamespaceRecord.h"
 #include "Vellum/XMLBuilder/Vocabulary.h"
-#include "Vellum/XMLUtils/UnicodeString.h"
-
-#include <xercesc/dom/DOMDocument.hpp>
-#include <xercesc/dom/DOMText.hpp>
 
 #include <array>
 #include <string>
@@ -84,91 +80,113 @@ enum Name : std::size_t {
 };
 
 struct QualifiedName {
-    XMLUtils::UnicodeString name;
-    const XMLUtils::UnicodeString* namespaceName = nullptr;
+    std::u16string_view name;
+    std::u16string_view namespaceName;
 };
 
-const std::array<QualifiedName, NameCount>& names() {
-    static const XMLUtils::UnicodeString types{WString(Vocabulary::typesNamespace)};
-    static const XMLUtils::UnicodeString s422m{WString(Vocabulary::s422mTypesNamespace)};
-    static const std::array<QualifiedName, NameCount> table = {{
-        {XMLUtils::UnicodeString("types:Denominator"), &types},
-        {XMLUtils::UnicodeString("types:Numerator"), &types},
-        {XMLUtils::UnicodeString("types:Major"), &types},
-        {XMLUtils::UnicodeString("types:Minor"), &types},
-        {XMLUtils::UnicodeString("types:Patch"), &types},
-        {XMLUtils::UnicodeString("types:Build"), &types},
-        {XMLUtils::UnicodeString("types:Release"), &types},
-        {XMLUtils::UnicodeString("types:Year"), &types},
-        {XMLUtils::UnicodeString("types:Month"), &types},
-        {XMLUtils::UnicodeString("types:Day"), &types},
-        {XMLUtils::UnicodeString("types:Hour"), &types},
-        {XMLUtils::UnicodeString("types:Minute"), &types},
-        {XMLUtils::UnicodeString("types:Second"), &types},
-        {XMLUtils::UnicodeString("types:mSec4"), &types},
-        {XMLUtils::UnicodeString("types:RGBAComponent"), &types},
-        {XMLUtils::UnicodeString("types:Code"), &types},
-        {XMLUtils::UnicodeString("types:Depth"), &types},
-        {XMLUtils::UnicodeString("s422mTypes:J2KPictureComponent"), &s422m},
-        {XMLUtils::UnicodeString("s422mTypes:Ssizi"), &s422m},
-        {XMLUtils::UnicodeString("s422mTypes:XRSizi"), &s422m},
-        {XMLUtils::UnicodeString("s422mTypes:YRSizi"), &s422m},
-        {XMLUtils::UnicodeString("s422mTypes:J2KCodingStyleDefault"), &s422m},
-        {XMLUtils::UnicodeString("s422mTypes:Scod"), &s422m},
-        {XMLUtils::UnicodeString("s422mTypes:SGcod"), &s422m},
-        {XMLUtils::UnicodeString("s422mTypes:Spcod"), &s422m},
-        {XMLUtils::UnicodeString("s422mTypes:J2KQuantisationDefault"), &s422m},
-        {XMLUtils::UnicodeString("s422mTypes:Sqcd"), &s422m},
-        {XMLUtils::UnicodeString("s422mTypes:SPgcd"), &s422m},
-    }};
-    return table;
-}
+constexpr std::u16string_view types = Vocabulary::typesNamespace;
+constexpr std::u16string_view s422m = Vocabulary::s422mTypesNamespace;
 
-template <class T>
-WString decimal(T value) {
-    const std::string text = std::to_string(value);
-    return WString(text.begin(), text.end());
-}
+constexpr std::array<QualifiedName, NameCount> names = {{
+    {u"types:Denominator", types},   {u"types:Numerator", types},
+    {u"types:Major", types},         {u"types:Minor", types},
+    {u"types:Patch", types},         {u"types:Build", types},
+    {u"types:Release", types},       {u"types:Year", types},
+    {u"types:Month", types},         {u"types:Day", types},
+    {u"types:Hour", types},          {u"types:Minute", types},
+    {u"types:Second", types},        {u"types:mSec4", types},
+    {u"types:RGBAComponent", types}, {u"types:Code", types},
+    {u"types:Depth", types},         {u"s422mTypes:J2KPictureComponent", s422m},
+    {u"s422mTypes:Ssizi", s422m},    {u"s422mTypes:XRSizi", s422m},
+    {u"s422mTypes:YRSizi", s422m},   {u"s422mTypes:J2KCodingStyleDefault", s422m},
+    {u"s422mTypes:Scod", s422m},     {u"s422mTypes:SGcod", s422m},
+    {u"s422mTypes:Spcod", s422m},    {u"s422mTypes:J2KQuantisationDefault", s422m},
+    {u"s422mTypes:Sqcd", s422m},     {u"s422mTypes:SPgcd", s422m},
+}};
 
 // The number of components an RGBA layout writes, whatever its slots hold.
 constexpr std::size_t rgbaComponentsWritten = 5;
 
-} // namespace
+constexpr char16_t hexDigits[] = u"0123456789ABCDEF";
 
-ToXMLBaseTypeVisitor::ToXMLBaseTypeVisitor(xercesc::DOMElement* target, NamespaceRecord& namespaces)
-    : m_element(target)
-    , m_attribute(nullptr) {
-    namespaces.enterIfPrefixUnbound(Vocabulary::typesNamespace, Vocabulary::typesPrefix);
-    namespaces.enterIfPrefixUnbound(Vocabulary::s422mTypesNamespace, Vocabulary::s422mTypesPrefix);
+/// Whether XML 1.0 holds every character of `text` (tab, LF, CR, U+0020..U+D7FF,
+/// U+E000..U+FFFD and paired surrogates).
+bool fitsXML(std::u16string_view text) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char16_t c = text[i];
+        if (c >= 0x20 && c < 0xD800) {
+            continue;
+        }
+        if (c >= 0xD800 && c <= 0xDBFF && i + 1 < text.size() && text[i + 1] >= 0xDC00 &&
+            text[i + 1] <= 0xDFFF) {
+            ++i;
+            continue;
+        }
+        const bool control = c < 0x20 && c != u'\t' && c != u'\n' && c != u'\r';
+        if (control || (c >= 0xD800 && c <= 0xDFFF) || c == 0xFFFE || c == 0xFFFF) {
+            return false;
+        }
+    }
+    return true;
 }
 
-ToXMLBaseTypeVisitor::ToXMLBaseTypeVisitor(xercesc::DOMAttr* target) noexcept
-    : m_element(nullptr)
-    , m_attribute(target) {}
+/// The dotted hexadecimal form of identifiers ("06.0E.2B..."), into `out` (3 units a byte).
+std::u16string_view dottedHex(const std::uint8_t* bytes, std::size_t count, char16_t* out) {
+    std::size_t at = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (i != 0) {
+            out[at++] = u'.';
+        }
+        out[at++] = hexDigits[bytes[i] >> 4U];
+        out[at++] = hexDigits[bytes[i] & 0x0FU];
+    }
+    return std::u16string_view(out, at);
+}
+
+/// The attribute text of identifiers, into a buffer; nothing for other values.
+class AttributeText : public Types::Visitors::NullVisitor {
+public:
+    explicit AttributeText(char16_t* buffer) noexcept
+        : m_buffer(buffer) {}
+
+    using NullVisitor::visit;
+    void visit(const Types::StrongReference& value) override {
+        text = dottedHex(value.uuid().data(), Types::UUID::byteCount, m_buffer);
+    }
+    void visit(const Types::WeakReference& value) override {
+        text = dottedHex(value.uuid().data(), Types::UUID::byteCount, m_buffer);
+    }
+    void visit(const Types::UUID& value) override {
+        text = dottedHex(value.data(), Types::UUID::byteCount, m_buffer);
+    }
+    // A label is written as an attribute too: the dictionary may type an identity element
+    // (such as GenerationUID) as a label.
+    void visit(const Types::UniversalLabel& value) override {
+        text = dottedHex(value.data(), Types::UniversalLabel::byteCount, m_buffer);
+    }
+
+    std::u16string_view text;
+
+private:
+    char16_t* m_buffer;
+};
+
+} // namespace
 
 ToXMLBaseTypeVisitor::~ToXMLBaseTypeVisitor() = default;
 
 WString ToXMLBaseTypeVisitor::hexText(const std::uint8_t* bytes, std::size_t count) {
-    static constexpr char16_t digits[] = u"0123456789ABCDEF";
     WString out;
     out.reserve(count * 2);
     for (std::size_t i = 0; i < count; ++i) {
-        out.push_back(digits[bytes[i] >> 4U]);
-        out.push_back(digits[bytes[i] & 0x0FU]);
+        out.push_back(hexDigits[bytes[i] >> 4U]);
+        out.push_back(hexDigits[bytes[i] & 0x0FU]);
     }
     return out;
 }
 
-void ToXMLBaseTypeVisitor::appendText(const WString& text) {
-    if (m_element != nullptr) {
-        const WString xml = xmlCharacters(text);
-        m_element->appendChild(m_element->getOwnerDocument()->createTextNode(xml.c_str()));
-    }
-}
-
-WString ToXMLBaseTypeVisitor::xmlCharacters(const WString& text) {
-    // XML 1.0 holds tab, LF, CR, U+0020..U+D7FF, U+E000..U+FFFD and paired surrogates.
-    WString out = text;
+WString ToXMLBaseTypeVisitor::xmlCharacters(std::u16string_view text) {
+    WString out(text);
     for (std::size_t i = 0; i < out.size(); ++i) {
         const char16_t c = out[i];
         const bool high = c >= 0xD800 && c <= 0xDBFF;
@@ -185,230 +203,242 @@ WString ToXMLBaseTypeVisitor::xmlCharacters(const WString& text) {
     return out;
 }
 
-void ToXMLBaseTypeVisitor::writeIdentifier(const WString& text) {
-    if (m_attribute != nullptr) {
-        m_attribute->setValue(text.c_str());
+std::u16string_view ToXMLBaseTypeVisitor::attributeText(const Types::BaseType& value,
+                                                        AttributeBuffer& buffer) {
+    AttributeText text(buffer.data());
+    value.accept(text);
+    return text.text;
+}
+
+WString ToXMLBaseTypeVisitor::attributeText(const Types::BaseType& value) {
+    AttributeBuffer buffer;
+    return WString(attributeText(value, buffer));
+}
+
+void ToXMLBaseTypeVisitor::text(std::u16string_view text) {
+    if (fitsXML(text)) {
+        m_sink.text(text);
     } else {
-        appendText(text);
+        m_sink.text(xmlCharacters(text));
     }
 }
 
-void ToXMLBaseTypeVisitor::writeHex(const std::vector<std::uint8_t>& bytes) {
-    appendText(hexText(bytes.data(), bytes.size()));
+void ToXMLBaseTypeVisitor::decimal(std::uint64_t value, bool negative) {
+    char16_t digits[21];
+    std::size_t at = sizeof digits / sizeof digits[0];
+    do {
+        digits[--at] = static_cast<char16_t>(u'0' + value % 10U);
+        value /= 10U;
+    } while (value != 0);
+    if (negative) {
+        digits[--at] = u'-';
+    }
+    m_sink.text(std::u16string_view(digits + at, sizeof digits / sizeof digits[0] - at));
 }
 
-xercesc::DOMElement* ToXMLBaseTypeVisitor::appendChild(xercesc::DOMElement* parent,
-                                                       std::size_t name, const WString* text) {
-    const QualifiedName& qname = names()[name];
-    xercesc::DOMDocument* document = parent->getOwnerDocument();
-    xercesc::DOMElement* child =
-        document->createElementNS(qname.namespaceName->utf16(), qname.name.utf16());
-    parent->appendChild(child);
-    if (text != nullptr) {
-        child->appendChild(document->createTextNode(text->c_str()));
-    }
-    return child;
+void ToXMLBaseTypeVisitor::hex(const std::vector<std::uint8_t>& bytes) {
+    m_sink.text(hexText(bytes.data(), bytes.size()));
 }
+
+void ToXMLBaseTypeVisitor::identifier(const std::uint8_t* bytes, std::size_t count) {
+    char16_t text[64 * 3];
+    m_sink.text(dottedHex(bytes, count, text));
+}
+
+void ToXMLBaseTypeVisitor::start(std::size_t name) {
+    m_sink.startElement(names[name].namespaceName, names[name].name);
+}
+
+void ToXMLBaseTypeVisitor::child(std::size_t name, std::uint64_t value) {
+    start(name);
+    decimal(value);
+    m_sink.endElement();
+}
+
+namespace {
+
+/// A signed number's magnitude and sign, for ToXMLBaseTypeVisitor::decimal.
+std::uint64_t magnitude(std::int64_t value) {
+    return value < 0 ? 0U - static_cast<std::uint64_t>(value) : static_cast<std::uint64_t>(value);
+}
+
+} // namespace
 
 void ToXMLBaseTypeVisitor::visit(const Types::J2KQuantisationDefault& value) {
-    if (m_element == nullptr) {
-        return;
-    }
-    xercesc::DOMElement* group = appendChild(m_element, J2KQuantisationDefault);
-    const WString sqcd = decimal(unsigned{value.sqcd()});
-    const auto bytes = value.sPgcd().rawBuffer();
-    const WString spgcd = hexText(bytes.data(), bytes.size());
-    appendChild(group, Sqcd, &sqcd);
-    appendChild(group, SPgcd, &spgcd);
+    start(J2KQuantisationDefault);
+    child(Sqcd, value.sqcd());
+    start(SPgcd);
+    hex(value.sPgcd().rawBuffer());
+    m_sink.endElement();
+    m_sink.endElement();
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::J2KCodingStyleDefault& value) {
-    if (m_element == nullptr) {
-        return;
-    }
-    xercesc::DOMElement* group = appendChild(m_element, J2KCodingStyleDefault);
-    const WString scod = decimal(unsigned{value.scod()});
-    const WString sgcod = decimal(value.sGcod());
-    const auto bytes = value.spcod().rawBuffer();
-    const WString spcod = hexText(bytes.data(), bytes.size());
-    appendChild(group, Scod, &scod);
-    appendChild(group, SGcod, &sgcod);
-    appendChild(group, Spcod, &spcod);
+    start(J2KCodingStyleDefault);
+    child(Scod, value.scod());
+    child(SGcod, value.sGcod());
+    start(Spcod);
+    hex(value.spcod().rawBuffer());
+    m_sink.endElement();
+    m_sink.endElement();
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::J2KPictureComponent& value) {
-    if (m_element == nullptr) {
-        return;
-    }
-    xercesc::DOMElement* group = appendChild(m_element, J2KPictureComponent);
-    const WString ssizi = decimal(unsigned{value.sSizi()});
-    const WString xrsizi = decimal(unsigned{value.xRSizi()});
-    const WString yrsizi = decimal(unsigned{value.yRSizi()});
-    appendChild(group, Ssizi, &ssizi);
-    appendChild(group, XRSizi, &xrsizi);
-    appendChild(group, YRSizi, &yrsizi);
+    start(J2KPictureComponent);
+    child(Ssizi, value.sSizi());
+    child(XRSizi, value.xRSizi());
+    child(YRSizi, value.yRSizi());
+    m_sink.endElement();
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::DataValue& value) {
-    writeHex(value.rawBuffer());
+    hex(value.rawBuffer());
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::StrongReference& value) {
-    writeIdentifier(value.toString());
+    identifier(value.uuid().data(), Types::UUID::byteCount);
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::WeakReference& value) {
-    writeIdentifier(value.toString());
+    identifier(value.uuid().data(), Types::UUID::byteCount);
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::Unknown& value) {
-    writeHex(value.rawBuffer());
+    hex(value.rawBuffer());
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::VersionType& value) {
-    appendNumber(decimal(unsigned{value.major()} * 256U + value.minor()));
+    decimal(unsigned{value.major()} * 256U + value.minor());
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::UUID& value) {
-    writeIdentifier(value.toString());
+    identifier(value.data(), Types::UUID::byteCount);
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::UTF16String& value) {
-    appendText(value.value());
+    // The text up to the first NUL, as `value()` gives it.
+    const std::u16string_view units(value.storedUnits());
+    text(units.substr(0, units.find(u'\0')));
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::UTF16& value) {
-    appendText(WString(1, value.value()));
+    const char16_t unit = value.value();
+    text(std::u16string_view(&unit, 1));
 }
 
-// A label is written as an attribute too: the dictionary may type an identity element (such
-// as GenerationUID) as a label.
 void ToXMLBaseTypeVisitor::visit(const Types::UniversalLabel& value) {
-    writeIdentifier(value.toString());
+    identifier(value.data(), Types::UniversalLabel::byteCount);
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::UMID64& value) {
-    appendText(value.toString());
+    identifier(value.data(), Types::UMID64::byteCount);
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::UMID32& value) {
-    appendText(value.toString());
+    identifier(value.data(), Types::UMID32::byteCount);
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::UInt8& value) {
-    appendNumber(decimal(unsigned{value.value()}));
+    decimal(value.value());
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::UInt64& value) {
-    appendNumber(decimal(value.value()));
+    decimal(value.value());
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::UInt32& value) {
-    appendNumber(decimal(value.value()));
+    decimal(value.value());
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::UInt16& value) {
-    appendNumber(decimal(unsigned{value.value()}));
+    decimal(value.value());
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::Timestamp& value) {
-    if (m_element == nullptr) {
-        return;
-    }
-    const WString fields[] = {
-        decimal(unsigned{value.year()}),       decimal(unsigned{value.month()}),
-        decimal(unsigned{value.day()}),        decimal(unsigned{value.hour()}),
-        decimal(unsigned{value.minute()}),     decimal(unsigned{value.second()}),
-        decimal(unsigned{value.milliSecond()})};
-    const Name childNames[] = {Year, Month, Day, Hour, Minute, Second, MSec4};
-    for (std::size_t i = 0; i < 7; ++i) {
-        appendChild(m_element, childNames[i], &fields[i]);
-    }
+    child(Year, value.year());
+    child(Month, value.month());
+    child(Day, value.day());
+    child(Hour, value.hour());
+    child(Minute, value.minute());
+    child(Second, value.second());
+    child(MSec4, value.milliSecond());
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::SignalStandard& value) {
-    appendNumber(decimal(unsigned{value.value()}));
+    decimal(value.value());
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::RGBALayout& value) {
-    if (m_element == nullptr) {
-        return;
-    }
     for (std::size_t i = 0; i < rgbaComponentsWritten; ++i) {
         const auto component = value.get(i);
-        xercesc::DOMElement* group = appendChild(m_element, RGBAComponent);
-        const WString code = decimal(unsigned{component.code});
-        const WString depth = decimal(unsigned{component.depth});
-        appendChild(group, Code, &code);
-        appendChild(group, Depth, &depth);
+        start(RGBAComponent);
+        child(Code, component.code);
+        child(Depth, component.depth);
+        m_sink.endElement();
     }
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::Rational& value) {
-    if (m_element == nullptr) {
-        return;
-    }
-    const WString numerator = decimal(value.numerator());
-    const WString denominator = decimal(value.denominator());
-    appendChild(m_element, Numerator, &numerator);
-    appendChild(m_element, Denominator, &denominator);
+    start(Numerator);
+    decimal(magnitude(value.numerator()), value.numerator() < 0);
+    m_sink.endElement();
+    start(Denominator);
+    decimal(magnitude(value.denominator()), value.denominator() < 0);
+    m_sink.endElement();
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::ProductVersion& value) {
-    if (m_element == nullptr) {
-        return;
-    }
-    const WString fields[] = {decimal(unsigned{value.major()}), decimal(unsigned{value.minor()}),
-                              decimal(unsigned{value.patch()}), decimal(unsigned{value.build()}),
-                              decimal(static_cast<unsigned>(value.releaseVersion()))};
-    const Name childNames[] = {Major, Minor, Patch, Build, Release};
-    for (std::size_t i = 0; i < 5; ++i) {
-        appendChild(m_element, childNames[i], &fields[i]);
-    }
+    child(Major, value.major());
+    child(Minor, value.minor());
+    child(Patch, value.patch());
+    child(Build, value.build());
+    child(Release, static_cast<unsigned>(value.releaseVersion()));
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::Position& value) {
-    appendNumber(decimal(value.value()));
+    decimal(magnitude(value.value()), value.value() < 0);
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::Orientation& value) {
-    appendNumber(decimal(unsigned{value.value()}));
+    decimal(value.value());
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::LocalTag& value) {
-    appendText(value.toString());
+    const std::uint8_t bytes[2] = {static_cast<std::uint8_t>(value.value() >> 8U),
+                                   static_cast<std::uint8_t>(value.value() & 0xFFU)};
+    identifier(bytes, 2);
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::Length& value) {
-    appendNumber(decimal(value.value()));
+    decimal(magnitude(value.value()), value.value() < 0);
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::ISO7String& value) {
-    appendText(XMLUtils::UnicodeString(value.value().c_str()).wstring());
+    text(Utils::stringToWstring(value.value().c_str()));
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::Int8& value) {
-    appendNumber(decimal(int{value.value()}));
+    decimal(magnitude(value.value()), value.value() < 0);
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::Int64& value) {
-    appendNumber(decimal(value.value()));
+    decimal(magnitude(value.value()), value.value() < 0);
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::Int32& value) {
-    appendNumber(decimal(value.value()));
+    decimal(magnitude(value.value()), value.value() < 0);
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::Int16& value) {
-    appendNumber(decimal(int{value.value()}));
+    decimal(magnitude(value.value()), value.value() < 0);
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::DataStream& value) {
-    writeHex(value.rawBuffer());
+    hex(value.rawBuffer());
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::Boolean& value) {
-    appendNumber(value.value() ? u"1" : u"0");
+    m_sink.text(value.value() ? u"1" : u"0");
 }
 
 void ToXMLBaseTypeVisitor::visit(const Types::Batch& value) {

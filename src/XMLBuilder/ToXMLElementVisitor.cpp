@@ -1,29 +1,27 @@
-#include "Vellum/XMLBuilder/ToXMLElementVisitor.h"
+#include "XMLBuilder/ToXMLElementVisitor.h"
 
 #include "XMLBuilder/StoredBytes.h"
+#include "XMLBuilder/ToXMLBaseTypeVisitor.h"
+#include "XMLBuilder/ToXMLMetadataSetVisitor.h"
+#include "XMLBuilder/ToXMLReferenceVisitor.h"
 
 #include "Vellum/Exceptions/NotFoundInPrimer.h"
 #include "Vellum/KLV/KeyClassification.h"
-#include "Vellum/MetaMetadata/AbstractMetaAttribute.h"
-#include "Vellum/MetaMetadata/MetaAttribute.h"
 #include "Vellum/MetaMetadata/MetaElement.h"
 #include "Vellum/MetaMetadata/MetaMetadataSet.h"
 #include "Vellum/Metadata/ArrayElement.h"
 #include "Vellum/Metadata/BatchElement.h"
-#include "Vellum/Metadata/DarkParsedGroup.h"
+#include "Vellum/Metadata/MetadataSet.h"
+#include "Vellum/Metadata/PartitionMetadata.h"
 #include "Vellum/Metadata/ReferenceArrayElement.h"
 #include "Vellum/Metadata/ReferenceBatchElement.h"
 #include "Vellum/Metadata/ReferenceElement.h"
 #include "Vellum/Metadata/SimpleElement.h"
 #include "Vellum/Types/LocalTag.h"
-#include "Vellum/XMLBuilder/DarkMetadataWriter.h"
-#include "Vellum/XMLBuilder/ToXMLBaseTypeVisitor.h"
-#include "Vellum/XMLBuilder/ToXMLMetaAttributeVisitor.h"
-#include "Vellum/XMLBuilder/ToXMLMetadataSetVisitor.h"
-#include "Vellum/XMLBuilder/ToXMLReferenceVisitor.h"
+#include "Vellum/Types/Reference.h"
 #include "Vellum/XMLBuilder/Vocabulary.h"
 
-#include <xercesc/dom/DOMDocument.hpp>
+#include <algorithm>
 
 namespace Vellum::XMLBuilder {
 namespace {
@@ -31,151 +29,123 @@ namespace {
 // The item size of a collection of references: one UUID.
 constexpr std::uint32_t referenceSize = 16;
 
-ToXMLMetaAttributeVisitor classify(const Metadata::Element& element) {
-    ToXMLMetaAttributeVisitor attribute;
-    element.metaAttribute()->accept(attribute);
-    return attribute;
-}
+// The local name of a collection item's element.
+constexpr std::u16string_view itemLocalName = Vocabulary::itemElement;
 
-// The qualified name of a set's element, from its definition ("groups" without one).
-WString qualifiedNameOf(const Metadata::MetadataSet& set) {
-    if (const auto* definition = set.definition()) {
-        const WString* prefix = definition->property(Vocabulary::xmlDefaultPrefix);
-        const WString* tagName = definition->property(Vocabulary::xmlTagName);
-        if (prefix != nullptr && tagName != nullptr) {
-            return *prefix + u':' + *tagName;
-        }
-    }
-    // A local set the dictionary does not describe is written as dark metadata.
-    return WString(Vocabulary::groupsPrefix) + u':' + Vocabulary::darkMetadata;
+std::u16string_view localNameOf(const WString& qualifiedName) {
+    const std::size_t colon = qualifiedName.find(u':');
+    return std::u16string_view(qualifiedName).substr(colon == WString::npos ? 0 : colon + 1);
 }
 
 } // namespace
 
 ToXMLElementVisitor::~ToXMLElementVisitor() = default;
 
-ToXMLElementVisitor::Name
-ToXMLElementVisitor::nameOf(const ToXMLMetaAttributeVisitor& attribute) const {
-    Name name;
-    if (const MetaMetadata::MetaElement* meta = attribute.metaElement()) {
-        const WString* namespaceName = meta->property(Vocabulary::xmlNamespaceURI);
-        const WString* prefix = meta->property(Vocabulary::xmlDefaultPrefix);
-        const WString* tagName = meta->property(Vocabulary::xmlTagName);
-        name.namespaceName = namespaceName != nullptr ? *namespaceName : WString();
-        name.tagName = tagName != nullptr ? *tagName : meta->name();
-        m_context.namespaces.enter(name.namespaceName, prefix != nullptr ? *prefix : WString());
-        const WString* recorded = m_context.namespaces.prefixOf(name.namespaceName);
-        name.prefix = recorded != nullptr ? *recorded : WString();
-    } else {
-        name.prefix = Vocabulary::groupsPrefix;
-        name.namespaceName = Vocabulary::groupsNamespace;
-        name.tagName = Vocabulary::darkElement;
-        m_context.namespaces.enter(name.namespaceName, name.prefix);
-    }
-    return name;
+void ToXMLElementVisitor::write(const XMLNames::Entry& entry) {
+    m_item = entry.item;
+    entry.element->accept(*this);
+    m_item = nullptr;
 }
 
-xercesc::DOMElement* ToXMLElementVisitor::createPropertyElement(const Name& name,
-                                                                bool defined) const {
-    const WString namespaceName =
-        defined ? name.namespaceName : m_context.namespaces.namespaceOf(name.prefix);
-    return m_setElement.getOwnerDocument()->createElementNS(namespaceName.c_str(),
-                                                            name.qualified().c_str());
-}
-
-void ToXMLElementVisitor::place(xercesc::DOMElement* property,
-                                const ToXMLMetaAttributeVisitor& attribute) const {
-    if (attribute.metaElement() != nullptr &&
-        attribute.kind() == ToXMLMetaAttributeVisitor::Defined) {
-        m_setElement.appendChild(property);
-        return;
-    }
-    // Elements the dictionary does not place in this set go to the set's extension container,
-    // which moves to the end of the set element.
-    xercesc::DOMDocument& document = *m_setElement.getOwnerDocument();
-    xercesc::DOMElement* container =
-        DarkMetadataWriter::findOrCreateExtensionElements(document, m_setElement);
-    container->appendChild(property);
-    m_setElement.appendChild(container);
-    if (attribute.metaElement() == nullptr) {
-        identify(property, attribute);
+void ToXMLElementVisitor::closeExtensionElements() {
+    if (m_extensionOpen) {
+        m_sink.endElement();
+        m_extensionOpen = false;
     }
 }
 
-void ToXMLElementVisitor::identify(xercesc::DOMElement* property,
-                                   const ToXMLMetaAttributeVisitor& attribute) const {
-    const WString groups = m_context.namespaces.namespaceOf(Vocabulary::groupsPrefix);
-    const Types::LocalTag tag(attribute.localTagText(), Types::DottedHex);
+const WString& ToXMLElementVisitor::startProperty(const XMLNames::Item& item,
+                                                  const XMLNames::ElementName& name) {
+    NamespaceRecord& namespaces = m_context.namespaces();
+    // An element the dictionary does not describe takes the namespace bound to its prefix.
+    if (item.meta == nullptr) {
+        m_unknownNamespace = namespaces.namespaceOf(name.prefix);
+    }
+    const WString& space = item.meta != nullptr ? name.namespaceName : m_unknownNamespace;
+    if (item.extension() && !m_extensionOpen) {
+        // Elements the dictionary does not place in this set go to the set's extension
+        // container, which comes before the set's own elements.
+        m_sink.startElement(Vocabulary::groupsNamespace, Vocabulary::extensionElements);
+        m_extensionOpen = true;
+    }
+    m_sink.startElement(space, name.qualifiedName);
+    if (item.meta != nullptr) {
+        return space;
+    }
+    // An unknown element is identified by its local tag and the label the primer gives it.
+    const WString groups = namespaces.namespaceOf(Vocabulary::groupsPrefix);
+    const Types::LocalTag tag(item.localTagText, Types::DottedHex);
     if (tag.isStaticLocalTag()) {
-        property->setAttributeNS(groups.c_str(), Vocabulary::staticLocalTag,
-                                 attribute.localTagText().c_str());
+        m_sink.attribute(groups, Vocabulary::staticLocalTag, item.localTagText);
     }
     try {
         const WString label = m_context.partition.partitionDictionary().find(tag, false).toString();
         if (!label.empty()) {
-            property->setAttributeNS(groups.c_str(), Vocabulary::universalLabel, label.c_str());
+            m_sink.attribute(groups, Vocabulary::universalLabel, label);
         }
     } catch (const Exceptions::NotFoundInPrimer&) {
         // An element whose tag the primer does not know is identified by its tag alone.
     }
+    return space;
+}
+
+void ToXMLElementVisitor::writeValue(const Types::SimpleDataType& value,
+                                     Types::Identifiers::Identifier type,
+                                     std::u16string_view localName) {
+    XMLNames& names = m_context.names;
+    names.enterValueNamespaces();
+    // A pass that only learns the namespaces needs the decision until "groups" is entered.
+    if ((m_context.writesValues || !names.groupsEntered()) &&
+        StoredBytes::needed(value, type, localName)) {
+        names.enterGroups();
+        if (m_context.writesValues) {
+            const std::vector<std::uint8_t> stored = value.rawBuffer();
+            m_sink.attribute(Vocabulary::groupsNamespace, Vocabulary::storedBytes,
+                             ToXMLBaseTypeVisitor::hexText(stored.data(), stored.size()));
+        }
+    }
+    if (m_context.writesValues) {
+        ToXMLBaseTypeVisitor writer(m_sink);
+        value.accept(writer);
+    }
 }
 
 void ToXMLElementVisitor::visit(const Metadata::SimpleElement& element) {
-    if (element.isEmpty()) {
+    if (element.isEmpty() ||
+        std::find(m_identities.begin(), m_identities.end(), &element) != m_identities.end()) {
         return;
     }
-    const ToXMLMetaAttributeVisitor attribute = classify(element);
-    const Name name = nameOf(attribute);
-    const WString qualifiedName = name.qualified();
-    if (qualifiedName == Vocabulary::instanceUID || qualifiedName == Vocabulary::generationUID) {
-        xercesc::DOMAttr* identity = m_setElement.getOwnerDocument()->createAttributeNS(
-            name.namespaceName.c_str(), qualifiedName.c_str());
-        m_setElement.setAttributeNodeNS(identity);
-        ToXMLBaseTypeVisitor writer(identity);
-        element.value()->accept(writer);
-        return;
-    }
-    xercesc::DOMElement* property = createPropertyElement(name, attribute.metaElement() != nullptr);
-    place(property, attribute);
-    ToXMLBaseTypeVisitor writer(property, m_context.namespaces);
-    element.value()->accept(writer);
-    const MetaMetadata::MetaElement* meta = attribute.metaElement();
-    StoredBytes::markIfInexact(*property, *element.value(),
-                               meta != nullptr ? meta->dataType() : Types::Identifiers::Unknown,
-                               m_context.namespaces);
-}
-
-bool ToXMLElementVisitor::writesEmptyCollection(const Metadata::Element& element) const {
-    const auto* defined =
-        dynamic_cast<const MetaMetadata::MetaAttribute*>(element.metaAttribute().get());
-    return defined != nullptr &&
-           (defined->requiredStatus() == MetaMetadata::AttributeRequiredStatus::Required ||
-            defined->requiredStatus() == MetaMetadata::AttributeRequiredStatus::Optional);
+    const XMLNames::Item& item = itemOf(element);
+    const XMLNames::ElementName& name = m_context.names.name(item);
+    startProperty(item, name);
+    writeValue(*element.value(), item.dataType, localNameOf(name.qualifiedName));
+    m_sink.endElement();
 }
 
 void ToXMLElementVisitor::writeCollection(const Metadata::CollectionElement& element) {
-    if (element.isEmpty() || (element.size() == 0 && !writesEmptyCollection(element))) {
+    if (element.isEmpty()) {
         return;
     }
-    const ToXMLMetaAttributeVisitor attribute = classify(element);
-    const Name name = nameOf(attribute);
-    xercesc::DOMElement* property = createPropertyElement(name, attribute.metaElement() != nullptr);
-    place(property, attribute);
-    xercesc::DOMDocument& document = *m_setElement.getOwnerDocument();
-    if (element.size() == 0) {
-        StoredBytes::markEmptyCollection(
-            *property, element, Types::Identifiers::typeSize(element.itemType()).value_or(0),
-            m_context.namespaces);
+    const XMLNames::Item& item = itemOf(element);
+    if (element.size() == 0 && !item.writesEmptyCollection) {
+        return;
     }
-    const WString itemName = name.prefix + u':' + Vocabulary::itemElement;
+    const XMLNames::ElementName& name = m_context.names.name(item);
+    const WString& space = startProperty(item, name);
+    if (element.size() == 0 && (m_context.writesValues || !m_context.names.groupsEntered())) {
+        const WString stored = StoredBytes::emptyCollection(
+            element, Types::Identifiers::typeSize(element.itemType()).value_or(0));
+        if (!stored.empty()) {
+            m_context.names.enterGroups();
+            m_sink.attribute(Vocabulary::groupsNamespace, Vocabulary::storedBytes, stored);
+        }
+    }
     for (std::uint32_t i = 0; i < element.size(); ++i) {
-        xercesc::DOMElement* item =
-            document.createElementNS(property->getNamespaceURI(), itemName.c_str());
-        property->appendChild(item);
-        ToXMLBaseTypeVisitor writer(item, m_context.namespaces);
-        element.at(i).accept(writer);
-        StoredBytes::markIfInexact(*item, element.at(i), element.itemType(), m_context.namespaces);
+        m_sink.startElement(space, name.itemName);
+        writeValue(element.at(i), element.itemType(), itemLocalName);
+        m_sink.endElement();
     }
+    m_sink.endElement();
 }
 
 void ToXMLElementVisitor::visit(const Metadata::BatchElement& element) {
@@ -188,19 +158,39 @@ void ToXMLElementVisitor::visit(const Metadata::ArrayElement& element) {
 
 void ToXMLElementVisitor::writeReferenceCollection(
     const Metadata::ReferenceCollectionElement& element) {
-    if (element.isEmpty() || (element.size() == 0 && !writesEmptyCollection(element))) {
+    if (element.isEmpty()) {
         return;
     }
-    const ToXMLMetaAttributeVisitor attribute = classify(element);
-    const Name name = nameOf(attribute);
-    xercesc::DOMElement* property = createPropertyElement(name, attribute.metaElement() != nullptr);
-    place(property, attribute);
-    if (element.size() == 0) {
-        StoredBytes::markEmptyCollection(*property, element, referenceSize, m_context.namespaces);
+    const XMLNames::Item& item = itemOf(element);
+    if (element.size() == 0 && !item.writesEmptyCollection) {
+        return;
+    }
+    const XMLNames::ElementName& name = m_context.names.name(item);
+    const WString& space = startProperty(item, name);
+    if (element.size() == 0 && (m_context.writesValues || !m_context.names.groupsEntered())) {
+        const WString stored = StoredBytes::emptyCollection(element, referenceSize);
+        if (!stored.empty()) {
+            m_context.names.enterGroups();
+            m_sink.attribute(Vocabulary::groupsNamespace, Vocabulary::storedBytes, stored);
+        }
     }
     for (std::uint32_t i = 0; i < element.size(); ++i) {
-        writeReference(element.referenceAt(i), *property);
+        // Large partitions are rarely cached: what the next references lead to is fetched
+        // while this one is written.
+        if (i + 2 < element.size()) {
+            m_context.instances.prefetch(element.referenceAt(i + 2).uuid());
+        }
+        if (i + 1 < element.size()) {
+            const InstanceIndex::Sets next =
+                m_context.instances.find(element.referenceAt(i + 1).uuid());
+            if (!next.empty()) {
+                m_context.visited.prefetch(next.front());
+                __builtin_prefetch(next.front());
+            }
+        }
+        writeReference(element.referenceAt(i), space);
     }
+    m_sink.endElement();
 }
 
 void ToXMLElementVisitor::visit(const Metadata::ReferenceBatchElement& element) {
@@ -215,69 +205,69 @@ void ToXMLElementVisitor::visit(const Metadata::ReferenceElement& element) {
     if (element.isEmpty()) {
         return;
     }
-    const ToXMLMetaAttributeVisitor attribute = classify(element);
-    const Name name = nameOf(attribute);
-    xercesc::DOMElement* property = createPropertyElement(name, attribute.metaElement() != nullptr);
-    if (writeReference(*element.value(), *property)) {
-        place(property, attribute);
-    } else {
-        property->release();
+    const XMLNames::Item& item = itemOf(element);
+    const XMLNames::ElementName& name = m_context.names.name(item);
+    const WString& space = startProperty(item, name);
+    writeReference(*element.value(), space);
+    m_sink.endElement();
+}
+
+void ToXMLElementVisitor::writeTargetInstance(const Types::Reference& reference) {
+    if (m_context.writesValues) {
+        ToXMLBaseTypeVisitor::AttributeBuffer buffer;
+        m_sink.attribute(Vocabulary::typesNamespace, Vocabulary::targetInstance,
+                         ToXMLBaseTypeVisitor::attributeText(reference, buffer));
     }
 }
 
-void ToXMLElementVisitor::writeDangling(const Types::Reference& reference,
-                                        xercesc::DOMElement& property) const {
-    m_context.namespaces.enterIfPrefixUnbound(Vocabulary::typesNamespace, Vocabulary::typesPrefix);
-    xercesc::DOMDocument& document = *property.getOwnerDocument();
-    const WString s377m = m_context.namespaces.namespaceOf(Vocabulary::s377mPrefix);
-    xercesc::DOMElement* marker = document.createElementNS(s377m.c_str(), Vocabulary::danglingRef);
-    xercesc::DOMAttr* target =
-        document.createAttributeNS(Vocabulary::typesNamespace, Vocabulary::targetInstance);
-    marker->setAttributeNodeNS(target);
-    ToXMLBaseTypeVisitor writer(target);
-    reference.accept(writer);
-    property.appendChild(marker);
+void ToXMLElementVisitor::writeDangling(const Types::Reference& reference) {
+    m_context.names.enterTypesIfUnbound();
+    m_sink.startElement(m_context.namespaces().namespaceOf(Vocabulary::s377mPrefix),
+                        Vocabulary::danglingRef);
+    writeTargetInstance(reference);
+    m_sink.endElement();
 }
 
-void ToXMLElementVisitor::writeByIdentifier(
-    const Types::Reference& reference, xercesc::DOMElement& property,
-    const Metadata::PartitionMetadata::SetList& targets) const {
-    m_context.namespaces.enterIfPrefixUnbound(Vocabulary::typesNamespace, Vocabulary::typesPrefix);
-    xercesc::DOMDocument& document = *property.getOwnerDocument();
-    const WString name = (targets.size() > 1 ? WString(Vocabulary::multipleMetadataSets)
-                                             : qualifiedNameOf(*targets.front())) +
-                         Vocabulary::refSuffix;
+void ToXMLElementVisitor::writeByIdentifier(const Types::Reference& reference,
+                                            const WString& propertyNamespace,
+                                            const InstanceIndex::Sets& targets) {
+    XMLNames& names = m_context.names;
+    names.enterTypesIfUnbound();
+    static const WString multiple =
+        WString(Vocabulary::multipleMetadataSets) + Vocabulary::refSuffix;
+    static const WString dark =
+        WString(Vocabulary::groupsPrefix) + u':' + Vocabulary::darkMetadata + Vocabulary::refSuffix;
     // The element is named after its target, in the target's namespace.
-    WString space(property.getNamespaceURI());
+    const WString* name = &multiple;
+    const WString* space = &propertyNamespace;
+    static const WString groups(Vocabulary::groupsNamespace);
     if (targets.size() == 1) {
-        const auto* definition = targets.front()->definition();
-        const WString* prefix =
-            definition != nullptr ? definition->property(Vocabulary::xmlDefaultPrefix) : nullptr;
-        const WString* namespaceName =
-            definition != nullptr ? definition->property(Vocabulary::xmlNamespaceURI) : nullptr;
-        if (prefix != nullptr && namespaceName != nullptr) {
-            space = *namespaceName;
-            m_context.namespaces.enter(*namespaceName, *prefix);
-        } else if (definition == nullptr) {
-            space = Vocabulary::groupsNamespace;
-            m_context.namespaces.enter(Vocabulary::groupsNamespace, Vocabulary::groupsPrefix);
+        name = &dark;
+        if (const auto* definition = targets.front()->definition()) {
+            XMLNames::SetName& target = names.set(*definition);
+            if (target.named) {
+                name = &target.refName;
+            }
+            if (target.valid) {
+                space = &target.namespaceName;
+                names.enter(target);
+            }
+        } else {
+            space = &groups;
+            names.enterGroups();
         }
     }
-    xercesc::DOMElement* byIdentifier = document.createElementNS(space.c_str(), name.c_str());
-    property.appendChild(byIdentifier);
-    xercesc::DOMAttr* target =
-        document.createAttributeNS(Vocabulary::typesNamespace, Vocabulary::targetInstance);
-    byIdentifier->setAttributeNodeNS(target);
-    ToXMLBaseTypeVisitor writer(target);
-    reference.accept(writer);
+    m_sink.startElement(*space, *name);
+    writeTargetInstance(reference);
+    m_sink.endElement();
 }
 
-bool ToXMLElementVisitor::writeReference(const Types::Reference& reference,
-                                         xercesc::DOMElement& property) {
-    const auto& targets = m_context.partition.findByInstanceUID(reference.uuid());
+void ToXMLElementVisitor::writeReference(const Types::Reference& reference,
+                                         const WString& propertyNamespace) {
+    const InstanceIndex::Sets targets = m_context.instances.find(reference.uuid());
     if (targets.empty()) {
-        writeDangling(reference, property);
-        return true;
+        writeDangling(reference);
+        return;
     }
     const Metadata::MetadataSet& first = *targets.front();
     const bool strong = reference.identifier() == Types::Identifiers::StrongReference;
@@ -287,25 +277,21 @@ bool ToXMLElementVisitor::writeReference(const Types::Reference& reference,
         // A target is nested where it is met first; one already written, one the options do
         // not follow and one the dictionary does not describe are named by identifier, and
         // the floating pass writes what no pass reaches.
-        const bool nests = strong && followed && m_context.visited.count(&first) == 0;
+        const bool nests = strong && followed && !m_context.visited.contains(&first);
         if (first.definition() != nullptr && (nests || !strong)) {
-            ToXMLReferenceVisitor writer(first, property, m_context);
+            ToXMLReferenceVisitor writer(first, m_sink, m_context);
             reference.accept(writer);
         } else {
-            writeByIdentifier(reference, property, targets);
+            writeByIdentifier(reference, propertyNamespace, targets);
         }
-        return true;
+        return;
     }
-    writeByIdentifier(reference, property, targets);
+    writeByIdentifier(reference, propertyNamespace, targets);
     if (strong && followed) {
-        // Nested targets are written as siblings under the root, linked by the "_REF" element.
-        xercesc::DOMElement& root = *property.getOwnerDocument()->getDocumentElement();
-        ToXMLMetadataSetVisitor writer(root, m_context.withTypedReferences(false));
-        for (const Metadata::MetadataSet* target : targets) {
-            target->accept(writer);
-        }
+        // Strong targets follow the set as siblings under the document element, linked by
+        // the "_REF" element.
+        m_targets.insert(m_targets.end(), targets.begin(), targets.end());
     }
-    return true;
 }
 
 } // namespace Vellum::XMLBuilder

@@ -1,95 +1,157 @@
-#include "Vellum/XMLBuilder/ToXMLMetadataSetVisitor.h"
+#include "XMLBuilder/ToXMLMetadataSetVisitor.h"
 
-#include "Vellum/MetaMetadata/AbstractMetaAttribute.h"
-#include "Vellum/MetaMetadata/MetaMetadataSet.h"
+#include "XMLBuilder/DarkMetadataWriter.h"
+#include "XMLBuilder/ToXMLBaseTypeVisitor.h"
+
 #include "Vellum/Metadata/DarkParsedGroup.h"
 #include "Vellum/Metadata/MetadataSet.h"
-#include "Vellum/XMLBuilder/DarkMetadataWriter.h"
-#include "Vellum/XMLBuilder/ToXMLElementVisitor.h"
-#include "Vellum/XMLBuilder/ToXMLMetaAttributeVisitor.h"
-#include "Vellum/XMLBuilder/Vocabulary.h"
-
-#include <xercesc/dom/DOMDocument.hpp>
+#include "Vellum/Metadata/SimpleElement.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <vector>
 
 namespace Vellum::XMLBuilder {
 namespace {
 
-struct OrderEntry {
-    const Metadata::Element* element;
-    std::uint32_t key;
-};
+/// The lists of one set being written, given back when it is done.
+class ScratchLease {
+public:
+    explicit ScratchLease(XMLNames& names)
+        : m_names(names)
+        , m_scratch(names.openScratch()) {}
+    ScratchLease(const ScratchLease&) = delete;
+    ScratchLease& operator=(const ScratchLease&) = delete;
+    ~ScratchLease() { m_names.closeScratch(); }
 
-// The decimal "SchemaIndex" text as an unsigned order key; a negative index wraps round, so
-// it sorts after every non-negative one.
-std::uint32_t orderKey(const WString& text) {
-    const std::string narrow(text.begin(), text.end());
-    return static_cast<std::uint32_t>(std::strtol(narrow.c_str(), nullptr, 10));
-}
+    XMLNames::Scratch& scratch() const noexcept { return m_scratch; }
+
+private:
+    XMLNames& m_names;
+    XMLNames::Scratch& m_scratch;
+};
 
 } // namespace
 
 ToXMLMetadataSetVisitor::~ToXMLMetadataSetVisitor() = default;
 
 void ToXMLMetadataSetVisitor::visit(const Metadata::MetadataSet& set) {
-    if (!m_context.visited.insert(&set).second) {
-        return;
-    }
-    xercesc::DOMDocument& document = *m_parent.getOwnerDocument();
-    if (const MetaMetadata::MetaMetadataSet* definition = set.definition()) {
-        const WString* prefix = definition->property(Vocabulary::xmlDefaultPrefix);
-        const WString* tagName = definition->property(Vocabulary::xmlTagName);
-        const WString* namespaceName = definition->property(Vocabulary::xmlNamespaceURI);
-        if (prefix == nullptr || tagName == nullptr || namespaceName == nullptr) {
-            return; // a definition without an XML name cannot be written
+    TargetList pending;
+    write(set, m_parent, pending);
+    // Strong targets without typed references: each written under the document element
+    // after the set that names it, its own targets after it (depth first, as met).
+    std::reverse(pending.begin(), pending.end());
+    TargetList targets;
+    while (!pending.empty()) {
+        const Metadata::MetadataSet* target = pending.back();
+        pending.pop_back();
+        if (!pending.empty()) {
+            m_context.visited.prefetch(pending.back());
+            __builtin_prefetch(pending.back());
         }
-        m_context.namespaces.enter(*namespaceName, *prefix);
-        const WString qualifiedName = *prefix + u':' + *tagName;
-        xercesc::DOMElement* element =
-            document.createElementNS(namespaceName->c_str(), qualifiedName.c_str());
-        m_parent.appendChild(element);
-        writeElements(set, *element);
-    } else if (dynamic_cast<const Metadata::DarkParsedGroup*>(&set) != nullptr) {
-        m_context.namespaces.enter(Vocabulary::typesNamespace, Vocabulary::typesPrefix);
-        m_context.namespaces.enter(Vocabulary::groupsNamespace, Vocabulary::groupsPrefix);
-        xercesc::DOMElement& root = *document.getDocumentElement();
-        xercesc::DOMElement* container =
-            DarkMetadataWriter::findOrCreateFloatingDarkMetadata(document, root);
-        root.appendChild(container); // the container follows the last set under the root
-        // Its items, each with its label or local tag, so that it imports as the same set.
-        xercesc::DOMElement& element =
-            DarkMetadataWriter::writeParsedGroupFrame(set, *container, m_context.namespaces);
-        writeElements(set, element);
+        targets.clear();
+        write(*target, m_context.layout.rootLevel(), targets);
+        pending.insert(pending.end(), targets.rbegin(), targets.rend());
     }
 }
 
-void ToXMLMetadataSetVisitor::writeElements(const Metadata::MetadataSet& set,
-                                            xercesc::DOMElement& setElement) const {
-    std::vector<OrderEntry> invalid;
-    std::uint32_t position = 0;
-    for (auto it = set.invalidBegin(); it != set.invalidEnd(); ++it) {
-        invalid.push_back({*it, position++});
+void ToXMLMetadataSetVisitor::write(const Metadata::MetadataSet& set, MarkupSink& sink,
+                                    TargetList& targets) {
+    if (!m_context.visited.insert(&set)) {
+        return;
     }
-    std::vector<OrderEntry> valid;
-    for (const auto& [label, element] : set) {
-        ToXMLMetaAttributeVisitor attribute;
-        element->metaAttribute()->accept(attribute);
-        if (const WString* index = attribute.schemaIndexText()) {
-            valid.push_back({element, orderKey(*index)});
+    if (const MetaMetadata::MetaMetadataSet* definition = set.definition()) {
+        XMLNames::SetName& name = m_context.names.set(*definition);
+        if (!name.valid) {
+            return; // a definition without an XML name cannot be written
+        }
+        m_context.names.enter(name);
+        sink.startElement(name.namespaceName, name.qualifiedName);
+        writeElements(set, sink, targets);
+        sink.endElement();
+    } else if (dynamic_cast<const Metadata::DarkParsedGroup*>(&set) != nullptr) {
+        m_context.names.enterTypes();
+        m_context.names.enterGroups();
+        // The container follows the last set under the document element; the set's items
+        // go in with their labels or local tags, so that it imports as the same set.
+        DocumentLayout& layout = m_context.layout;
+        layout.moveContainerToEnd();
+        MarkupSink& container = layout.floatingContainer();
+        DarkMetadataWriter::startParsedGroup(set, container, m_context.names);
+        writeElements(set, container, targets);
+        container.endElement();
+    }
+}
+
+void ToXMLMetadataSetVisitor::writeElements(const Metadata::MetadataSet& set, MarkupSink& sink,
+                                            TargetList& targets) {
+    XMLNames& names = m_context.names;
+    const ScratchLease lease(names);
+    std::vector<XMLNames::Entry>& order = lease.scratch().order;
+    // Elements the definition does not place (in stored order), then its own by "SchemaIndex"
+    // (equal ones in label order). The sets of one definition share that order, worked out
+    // once; a set whose elements are not those of its definition's plan is ordered here.
+    for (auto it = set.invalidBegin(); it != set.invalidEnd(); ++it) {
+        order.push_back({*it, &names.item(**it)});
+    }
+    const std::size_t invalid = order.size();
+    std::vector<const Metadata::Element*>& elements = lease.scratch().elements;
+    const XMLNames::Plan* plan = set.definition() != nullptr ? &names.plan(set) : nullptr;
+    if (plan != nullptr && plan->attributes.size() == set.validCount()) {
+        for (const auto& [label, element] : set) {
+            if (element->metaAttribute().get() != plan->attributes[elements.size()]) {
+                break;
+            }
+            elements.push_back(element);
         }
     }
-    const auto byKey = [](const OrderEntry& a, const OrderEntry& b) {
-        return a.key < b.key;
-    };
-    std::stable_sort(valid.begin(), valid.end(), byKey);
+    if (plan != nullptr && elements.size() == plan->attributes.size()) {
+        for (const auto& [position, item] : plan->ordered) {
+            order.push_back({elements[position], item});
+        }
+    } else {
+        for (const auto& [label, element] : set) {
+            const XMLNames::Item& item = names.item(*element);
+            if (item.ordered) {
+                order.push_back({element, &item});
+            }
+        }
+        std::stable_sort(order.begin() + static_cast<std::ptrdiff_t>(invalid), order.end(),
+                         [](const XMLNames::Entry& a, const XMLNames::Entry& b) {
+                             return a.item->orderKey < b.item->orderKey;
+                         });
+    }
 
-    ToXMLElementVisitor writer(setElement, m_context);
-    for (const auto* range : {&invalid, &valid}) {
-        for (const OrderEntry& entry : *range) {
-            entry.element->accept(writer);
+    // Identity elements are attributes of the set element; a later one of the same name
+    // replaces an earlier one.
+    ToXMLElementVisitor::ElementList& identities = lease.scratch().identities;
+    for (const XMLNames::Entry& entry : order) {
+        if (!entry.item->identityTag || entry.element->isEmpty() ||
+            !names.wouldBeIdentity(*entry.item)) {
+            continue;
+        }
+        const auto* simple = dynamic_cast<const Metadata::SimpleElement*>(entry.element);
+        if (simple == nullptr) {
+            continue;
+        }
+        const XMLNames::ElementName& name = names.name(*entry.item);
+        ToXMLBaseTypeVisitor::AttributeBuffer buffer;
+        sink.attribute(name.namespaceName, name.qualifiedName,
+                       m_context.writesValues
+                           ? ToXMLBaseTypeVisitor::attributeText(*simple->value(), buffer)
+                           : std::u16string_view());
+        identities.push_back(entry.element);
+    }
+
+    ToXMLElementVisitor writer(sink, m_context, identities, targets);
+    for (const XMLNames::Entry& entry : order) {
+        if (entry.item->extension()) {
+            writer.write(entry);
+        }
+    }
+    writer.closeExtensionElements();
+    for (const XMLNames::Entry& entry : order) {
+        if (!entry.item->extension()) {
+            writer.write(entry);
         }
     }
 }

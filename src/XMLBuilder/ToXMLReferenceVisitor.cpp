@@ -1,21 +1,19 @@
-#include "Vellum/XMLBuilder/ToXMLReferenceVisitor.h"
+#include "XMLBuilder/ToXMLReferenceVisitor.h"
 
-#include "Vellum/MetaMetadata/MetaMetadataSet.h"
+#include "XMLBuilder/ToXMLBaseTypeVisitor.h"
+#include "XMLBuilder/ToXMLMetadataSetVisitor.h"
+
 #include "Vellum/Metadata/MetadataSet.h"
 #include "Vellum/Types/StrongReference.h"
 #include "Vellum/Types/WeakReference.h"
-#include "Vellum/XMLBuilder/ToXMLBaseTypeVisitor.h"
-#include "Vellum/XMLBuilder/ToXMLMetadataSetVisitor.h"
 #include "Vellum/XMLBuilder/Vocabulary.h"
-
-#include <xercesc/dom/DOMDocument.hpp>
 
 namespace Vellum::XMLBuilder {
 
 ToXMLReferenceVisitor::~ToXMLReferenceVisitor() = default;
 
 void ToXMLReferenceVisitor::visit(const Types::StrongReference& /*value*/) {
-    ToXMLMetadataSetVisitor writer(m_property, m_context.withTypedReferences(true));
+    ToXMLMetadataSetVisitor writer(m_sink, m_context.withTypedReferences(true));
     m_target.accept(writer);
 }
 
@@ -24,23 +22,18 @@ void ToXMLReferenceVisitor::visit(const Types::WeakReference& value) {
     if (definition == nullptr) {
         return;
     }
-    const WString* prefix = definition->property(Vocabulary::xmlDefaultPrefix);
-    const WString* tagName = definition->property(Vocabulary::xmlTagName);
-    const WString* namespaceName = definition->property(Vocabulary::xmlNamespaceURI);
-    if (prefix == nullptr || tagName == nullptr || namespaceName == nullptr) {
+    const XMLNames::SetName& name = m_context.names.set(*definition);
+    if (!name.valid) {
         return;
     }
-    xercesc::DOMDocument& document = *m_property.getOwnerDocument();
-    const WString qualifiedName = *prefix + u':' + *tagName + Vocabulary::refSuffix;
-    xercesc::DOMElement* element =
-        document.createElementNS(namespaceName->c_str(), qualifiedName.c_str());
-    m_property.appendChild(element);
-    m_context.namespaces.enter(Vocabulary::typesNamespace, Vocabulary::typesPrefix);
-    xercesc::DOMAttr* attribute =
-        document.createAttributeNS(Vocabulary::typesNamespace, Vocabulary::targetInstance);
-    element->setAttributeNodeNS(attribute);
-    ToXMLBaseTypeVisitor attributeWriter(attribute);
-    value.accept(attributeWriter);
+    m_sink.startElement(name.namespaceName, name.refName);
+    m_context.names.enterTypes();
+    if (m_context.writesValues) {
+        ToXMLBaseTypeVisitor::AttributeBuffer buffer;
+        m_sink.attribute(Vocabulary::typesNamespace, Vocabulary::targetInstance,
+                         ToXMLBaseTypeVisitor::attributeText(value, buffer));
+    }
+    m_sink.endElement();
 }
 
 } // namespace Vellum::XMLBuilder

@@ -148,6 +148,29 @@ TEST(MetadataSet, KeepsWhatTheDictionaryDoesNotPlaceAndWritesItBack) {
     EXPECT_EQ(write(*partition), bytes);
 }
 
+// Misplaced items whose value does not fit their type (an odd-sized CompanyName) are tried as
+// the element, dropped and kept raw: each in its place among the others, however many.
+TEST(MetadataSet, MisplacedValuesThatDoNotFitAreKeptRawInOrder) {
+    Bytes items = item(0x3C0A, uuid(0x11));
+    for (std::uint8_t i = 0; i < 200; ++i) {
+        append(items, item(i % 3 == 0 ? 0x7FF0 : 0x3C01, {i, i, i}));
+    }
+    Bytes bytes = primer({{0x3C0A, instanceUIDLabel}});
+    append(bytes, klv(prefaceKey, items));
+    const auto partition = PartitionMetadata::read({bytes.data(), bytes.size()}, 0,
+                                                   MetaMetadata::Dictionary::builtIn());
+    const auto* preface = partition->sets().at(0);
+    ASSERT_EQ(preface->invalidCount(), 200U);
+    std::uint8_t i = 0;
+    for (auto it = preface->invalidBegin(); it != preface->invalidEnd(); ++it, ++i) {
+        const auto* raw =
+            dynamic_cast<const MetaMetadata::UnknownAttribute*>((*it)->metaAttribute().get());
+        ASSERT_NE(raw, nullptr) << "item " << int{i};
+        EXPECT_EQ(raw->localTag().value(), i % 3 == 0 ? 0x7FF0 : 0x3C01) << "item " << int{i};
+    }
+    EXPECT_EQ(write(*partition), bytes);
+}
+
 TEST(MetadataSet, UnknownSetsAndOtherTripletsAreKeptDark) {
     const Bytes privateSetKey = {0x06, 0x0E, 0x2B, 0x34, 0x02, 0x53, 0x01, 0x01,
                                  0x0E, 0x77, 0x01, 0x01, 0x01, 0x01, 0x01, 0x00};

@@ -11,12 +11,8 @@
 #include "Vellum/Types/UTF16String.h"
 #include "Vellum/Types/UUID.h"
 #include "Vellum/Utils/StringConversion.h"
-#include "Vellum/XMLBuilder/Partition2XML.h"
+#include "Vellum/XMLBuilder/Partition2XMLText.h"
 #include "Vellum/XMLBuilder/XML2Partition.h"
-#include "Vellum/XMLUtils/Document.h"
-#include "Vellum/XMLUtils/Initializer.h"
-
-#include <xercesc/dom/DOMDocument.hpp>
 
 #include <regex>
 #include <set>
@@ -250,18 +246,16 @@ Templates::list<Metadata::MetadataSet*> importBody(const std::string& body,
 }
 
 ParsedXML::ParsedXML(const std::string& xml)
-    : m_parser(XMLUtils::Initializer::instance().createParser())
-    , m_document(XMLUtils::loadDocumentFromBuffer(reinterpret_cast<const std::uint8_t*>(xml.data()),
-                                                  xml.size(), *m_parser)) {
-    XMLUtils::cleanEmptyTextNodes(m_document.get());
+    : m_reader(m_handler) {
+    m_reader.readBuffer(reinterpret_cast<const std::uint8_t*>(xml.data()), xml.size());
 }
 
-xercesc::DOMElement& ParsedXML::root() const {
-    return *m_document->getDocumentElement();
+const XMLBuilder::XMLNode& ParsedXML::root() const {
+    return *m_reader.lastUnit();
 }
 
-xercesc::DOMElement& ParsedXML::first() const {
-    return *root().getFirstElementChild();
+const XMLBuilder::XMLNode& ParsedXML::first() const {
+    return *root().firstChild();
 }
 
 } // namespace VellumTest

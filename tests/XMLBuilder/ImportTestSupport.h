@@ -5,9 +5,8 @@
 #include "Vellum/Metadata/PartitionMetadata.h"
 #include "Vellum/Templates/Templates.h"
 #include "Vellum/Types/UniversalLabel.h"
-#include "Vellum/XMLUtils/XercesPtr.h"
-
-#include <xercesc/dom/DOMElement.hpp>
+#include "Vellum/XMLBuilder/XMLNode.h"
+#include "Vellum/XMLBuilder/XMLStreamReader.h"
 
 #include <map>
 #include <memory>
@@ -65,17 +64,28 @@ std::string document(const std::string& body);
 Vellum::Templates::list<Vellum::Metadata::MetadataSet*>
 importBody(const std::string& body, Vellum::Metadata::PartitionMetadata& partition);
 
-/// An XML text parsed into a DOM, kept alive with its parser.
+/// An XML text (UTF-8) read whole into nodes by the import's reader, kept alive with it.
 class ParsedXML {
 public:
     explicit ParsedXML(const std::string& xml);
-    xercesc::DOMElement& root() const;
+    const Vellum::XMLBuilder::XMLNode& root() const;
     /// The first element child of the root.
-    xercesc::DOMElement& first() const;
+    const Vellum::XMLBuilder::XMLNode& first() const;
 
 private:
-    Vellum::XMLUtils::ParserPtr m_parser;
-    Vellum::XMLUtils::DocumentPtr m_document;
+    /// Reads the root as one unit.
+    class WholeDocument : public Vellum::XMLBuilder::XMLStreamReader::Handler {
+    public:
+        Vellum::XMLBuilder::XMLStreamReader::Disposition
+        disposition(const Vellum::XMLBuilder::XMLNode* /*container*/,
+                    const Vellum::XMLBuilder::XMLName& /*name*/) override {
+            return Vellum::XMLBuilder::XMLStreamReader::Disposition::Unit;
+        }
+        void unit(const Vellum::XMLBuilder::XMLNode& /*element*/) override {}
+    };
+
+    WholeDocument m_handler;
+    Vellum::XMLBuilder::XMLStreamReader m_reader;
 };
 
 /// The element of `set` with `label`, as `T`.

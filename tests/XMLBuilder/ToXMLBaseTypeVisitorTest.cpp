@@ -1,6 +1,7 @@
-#include "Vellum/XMLBuilder/ToXMLBaseTypeVisitor.h"
+#include "XMLBuilder/ToXMLBaseTypeVisitor.h"
 
-#include "XMLBuilder/XMLTestSupport.h"
+#include "XMLBuilder/TextMarkupWriter.h"
+#include "XMLBuilder/XMLNames.h"
 
 #include "Vellum/DataIO/Slice.h"
 #include "Vellum/Types/Batch.h"
@@ -13,7 +14,6 @@
 #include "Vellum/XMLBuilder/NamespaceRecord.h"
 
 #include <gtest/gtest.h>
-#include <xercesc/dom/DOMDocument.hpp>
 
 #include <regex>
 #include <vector>
@@ -24,18 +24,18 @@ using namespace Vellum;
 using Bytes = std::vector<std::uint8_t>;
 namespace Id = Types::Identifiers;
 
-// Writes `value` in element mode into <test:V> and gives the element's XML.
+// Writes `value` into <test:V> and gives the element's XML.
 std::string written(const Types::BaseType& value) {
-    auto document = VellumTest::makeDocument();
-    auto* element = document->createElementNS(u"urn:test", u"test:V");
-    document->getDocumentElement()->appendChild(element);
-    XMLBuilder::NamespaceRecord namespaces;
-    XMLBuilder::ToXMLBaseTypeVisitor writer(element, namespaces);
+    std::string xml;
+    XMLBuilder::TextMarkupWriter sink(xml, XMLUtils::EncodingType::UTF8, {false, false});
+    sink.startElement(u"urn:test", u"test:V");
+    XMLBuilder::ToXMLBaseTypeVisitor writer(sink);
     value.accept(writer);
-    // The serialiser declares the namespaces on the element written alone; they are not the
-    // writer's output.
+    sink.endElement();
+    // The writer declares the namespaces on the element written alone; they are not the
+    // value writer's output.
     static const std::regex declarations(R"( xmlns:[A-Za-z0-9]+="[^"]*")");
-    return std::regex_replace(VellumTest::serialize(element), declarations, "");
+    return std::regex_replace(xml, declarations, "");
 }
 
 std::string written(Id::Identifier type, const Bytes& bytes) {
@@ -162,25 +162,20 @@ TEST(ToXMLBaseTypeVisitor, BatchItemsRunTogetherAndAnEmptyBatchWritesNothing) {
     EXPECT_EQ(written(batch), "<test:V>123</test:V>");
 }
 
-TEST(ToXMLBaseTypeVisitor, ElementModeRegistersTheValueNamespaces) {
-    auto document = VellumTest::makeDocument();
+TEST(ToXMLBaseTypeVisitor, ValueNamespacesAreEnteredUnlessTheirPrefixIsBound) {
     XMLBuilder::NamespaceRecord namespaces;
     namespaces.enter(u"urn:other", u"types"); // "types" already bound: not entered again
-    XMLBuilder::ToXMLBaseTypeVisitor writer(document->getDocumentElement(), namespaces);
+    XMLBuilder::XMLNames names(namespaces);
+    names.enterValueNamespaces();
     EXPECT_EQ(namespaces.prefixOf(u"urn:SMPTE:Types:MXF"), nullptr);
     ASSERT_NE(namespaces.prefixOf(u"urn:SMPTE:S422MTypes:MXF"), nullptr);
     EXPECT_EQ(*namespaces.prefixOf(u"urn:SMPTE:S422MTypes:MXF"), u"s422mTypes");
 }
 
-TEST(ToXMLBaseTypeVisitor, AttributeModeWritesIdentifiersOnly) {
-    auto document = VellumTest::makeDocument();
-    auto* attribute = document->createAttributeNS(u"urn:test", u"test:A");
-    document->getDocumentElement()->setAttributeNodeNS(attribute);
-    XMLBuilder::ToXMLBaseTypeVisitor writer(attribute);
-    Types::UInt16(7).accept(writer);
-    EXPECT_EQ(std::u16string(attribute->getValue()), u"");
-    Types::StrongReference(Types::UUID(uuidBytes.data(), 16)).accept(writer);
-    EXPECT_EQ(std::u16string(attribute->getValue()),
+TEST(ToXMLBaseTypeVisitor, AttributeTextIsForIdentifiersOnly) {
+    EXPECT_EQ(XMLBuilder::ToXMLBaseTypeVisitor::attributeText(Types::UInt16(7)), u"");
+    EXPECT_EQ(XMLBuilder::ToXMLBaseTypeVisitor::attributeText(
+                  Types::StrongReference(Types::UUID(uuidBytes.data(), 16))),
               u"00.11.22.33.44.55.66.77.88.99.AA.BB.CC.DD.EE.FF");
 }
 

@@ -3,8 +3,7 @@
 
 #include "Vellum/XMLBuilder/Export.h"
 #include "Vellum/XMLBuilder/ImportTables.h"
-
-#include <xercesc/dom/DOMElement.hpp>
+#include "Vellum/XMLBuilder/XMLNode.h"
 
 namespace Vellum::Metadata {
 class MetadataSet;
@@ -31,20 +30,19 @@ public:
     /// key='<key>' value has invalid Length" for an odd number of digits and "... value
     /// contains non Hexadecimal characters" for any other character, and InvalidLength
     /// when the value does not fit the BER octet count (0 octets included).
-    static void read(const xercesc::DOMElement& element, Metadata::PartitionMetadata& partition);
+    static void read(const XMLNode& element, Metadata::PartitionMetadata& partition);
 
     /// Whether `element` is the form of a local set the dictionary does not describe: no
     /// value text, but an "rp210" identity attribute or child elements (its items).
-    static bool isParsedGroup(const xercesc::DOMElement& element);
+    static bool isParsedGroup(const XMLNode& element);
 
     /// Makes the local set `element` describes (a DarkParsedGroup with its key and length
     /// octet count), its identity from the "rp210" attributes and its items from
     /// "groups:ExtensionElements". The partition owns the set. Throws as `read` for the
     /// attributes, InvalidFormat when the key is not a local set key, and as the set reader.
-    static Metadata::MetadataSet* readParsedGroup(xercesc::DOMElement& element,
+    static Metadata::MetadataSet* readParsedGroup(const XMLNode& element,
                                                   Metadata::PartitionMetadata& partition,
-                                                  const SetTagTable& setTags,
-                                                  ReferenceNameTable& names);
+                                                  ImportTables& tables);
 };
 
 } // namespace Vellum::XMLBuilder

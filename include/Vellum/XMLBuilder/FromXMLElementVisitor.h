@@ -7,9 +7,7 @@
 #include "Vellum/Types/SimpleDataType.h"
 #include "Vellum/XMLBuilder/Export.h"
 #include "Vellum/XMLBuilder/ImportTables.h"
-
-#include <xercesc/dom/DOMElement.hpp>
-#include <xercesc/dom/DOMNode.hpp>
+#include "Vellum/XMLBuilder/XMLNode.h"
 
 namespace Vellum::MetaMetadata {
 class MetaElement;
@@ -49,13 +47,19 @@ public:
     /// Source name recorded in the exceptions of the element reader.
     static constexpr const char* sourceName = "Vellum/XMLBuilder/FromXMLElementVisitor";
 
-    /// `node` holds the value: an element, or an attribute for a simple value. `metaElement`
-    /// is the element's definition, or nullptr to read the value as Unknown (hexadecimal).
-    /// `depth` is the nesting depth of the set that owns the element. Everything is borrowed;
-    /// sets written inline are made in (and owned by) `partition`.
-    FromXMLElementVisitor(xercesc::DOMNode& node, const MetaMetadata::MetaElement* metaElement,
-                          Metadata::PartitionMetadata& partition, const SetTagTable& setTags,
-                          ReferenceNameTable& names, unsigned depth = 0) noexcept;
+    /// `element` holds the value. `metaElement` is the element's definition, or nullptr to
+    /// read the value as Unknown (hexadecimal). `depth` is the nesting depth of the set that
+    /// owns the element. Everything is borrowed; sets written inline are made in (and owned
+    /// by) `partition`.
+    FromXMLElementVisitor(const XMLNode& element, const MetaMetadata::MetaElement* metaElement,
+                          Metadata::PartitionMetadata& partition, ImportTables& tables,
+                          unsigned depth = 0) noexcept;
+    /// The same for a simple value written as the attribute `attribute`; the other kinds of
+    /// element read nothing from an attribute.
+    FromXMLElementVisitor(const XMLAttribute& attribute,
+                          const MetaMetadata::MetaElement* metaElement,
+                          Metadata::PartitionMetadata& partition, ImportTables& tables,
+                          unsigned depth = 0) noexcept;
     ~FromXMLElementVisitor() override;
 
     /// The visits throw what FromXMLValueParser throws; InvalidLength when the items of a
@@ -70,24 +74,24 @@ public:
     void visit(Metadata::SimpleElement& element) override;
 
 private:
-    xercesc::DOMElement* element() const noexcept;
     Templates::vector<Templates::auto_ptr<Types::SimpleDataType>>
-    readItems(xercesc::DOMElement& property, Types::Identifiers::Identifier itemType) const;
+    readItems(const XMLNode& property, Types::Identifiers::Identifier itemType) const;
     std::uint32_t
     itemSize(const Templates::vector<Templates::auto_ptr<Types::SimpleDataType>>& items,
              Types::Identifiers::Identifier itemType) const;
     template <class CollectionType, class ElementType>
     void readCollection(ElementType& element);
     void readReferenceCollection(Metadata::ReferenceCollectionElement& element);
-    Templates::auto_ptr<Types::Reference> referenceByName(const xercesc::DOMElement& child,
+    Templates::auto_ptr<Types::Reference> referenceByName(const XMLNode& child,
                                                           Types::Identifiers::Identifier kind);
-    Metadata::MetadataSet* readInlineSet(xercesc::DOMElement& child);
+    Metadata::MetadataSet* readInlineSet(const XMLNode& child);
 
-    xercesc::DOMNode& m_node;
+    /// Where the value is: an element, or else an attribute.
+    const XMLNode* m_element;
+    const XMLAttribute* m_attribute;
     Types::Identifiers::Identifier m_dataType;
     Metadata::PartitionMetadata& m_partition;
-    const SetTagTable& m_setTags;
-    ReferenceNameTable& m_names;
+    ImportTables& m_tables;
     unsigned m_depth;
 };
 

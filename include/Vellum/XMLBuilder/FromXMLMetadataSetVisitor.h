@@ -5,8 +5,7 @@
 #include "Vellum/Templates/Templates.h"
 #include "Vellum/XMLBuilder/Export.h"
 #include "Vellum/XMLBuilder/ImportTables.h"
-
-#include <xercesc/dom/DOMElement.hpp>
+#include "Vellum/XMLBuilder/XMLNode.h"
 
 namespace Vellum::MetaMetadata {
 class Dictionary;
@@ -37,13 +36,11 @@ class VELLUM_XMLBUILDER_EXPORT FromXMLMetadataSetVisitor
 public:
     /// `element` describes the set; `depth` is how deeply the set is nested inline (0 at the
     /// top level). Everything is borrowed.
-    FromXMLMetadataSetVisitor(xercesc::DOMElement& element, const SetTagTable& setTags,
-                              Metadata::PartitionMetadata& partition, ReferenceNameTable& names,
-                              unsigned depth = 0) noexcept
+    FromXMLMetadataSetVisitor(const XMLNode& element, Metadata::PartitionMetadata& partition,
+                              ImportTables& tables, unsigned depth = 0) noexcept
         : m_element(element)
-        , m_setTags(setTags)
         , m_partition(partition)
-        , m_names(names)
+        , m_tables(tables)
         , m_depth(depth) {}
     ~FromXMLMetadataSetVisitor() override;
 
@@ -58,14 +55,14 @@ private:
                       const MetaMetadata::MetaElement& meta, const WString& tagName);
     void readMisplacedIdentity(Metadata::MetadataSet& set);
     void readExtensionElements(Metadata::MetadataSet& set);
-    void readExtensionElement(Metadata::MetadataSet& set, xercesc::DOMElement& node,
-                              const MetaMetadata::Dictionary& dictionary);
-    void readUnknownElement(Metadata::MetadataSet& set, xercesc::DOMElement& node);
+    void readExtensionElement(Metadata::MetadataSet& set, const XMLNode& node);
+    void readUnknownElement(Metadata::MetadataSet& set, const XMLNode& node);
+    void readElement(const XMLNode& node, const MetaMetadata::MetaElement* meta,
+                     Metadata::Element& element);
 
-    xercesc::DOMElement& m_element;
-    const SetTagTable& m_setTags;
+    const XMLNode& m_element;
     Metadata::PartitionMetadata& m_partition;
-    ReferenceNameTable& m_names;
+    ImportTables& m_tables;
     unsigned m_depth;
 };
 

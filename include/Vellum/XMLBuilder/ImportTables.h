@@ -2,22 +2,77 @@
 #define VELLUM_XMLBUILDER_IMPORTTABLES_H
 
 #include "Vellum/Templates/Templates.h"
+#include "Vellum/XMLBuilder/Export.h"
 #include "Vellum/XMLBuilder/ReferenceNameTable.h"
 
+#include <functional>
 #include <map>
+#include <memory>
+#include <string_view>
+#include <unordered_map>
+
+namespace Vellum::Types {
+class UniversalLabel;
+} // namespace Vellum::Types
 
 namespace Vellum::MetaMetadata {
+class Dictionary;
+class MetaElement;
 class MetaMetadataSet;
 } // namespace Vellum::MetaMetadata
 
-/// @file
-/// The two tables one import shares among all its readers.
-
 namespace Vellum::XMLBuilder {
 
-/// XML local name ("XMLTagName") to the dictionary set it names; where two sets share a name,
-/// the first in key order. The sets are borrowed from the partition's dictionary.
-using SetTagTable = std::map<WString, const MetaMetadata::MetaMetadataSet*>;
+struct XMLName;
+
+/// What one import shares among all its readers: the dictionary's sets by XML name, the
+/// reference names of the document, and the lookups of element definitions, made on first
+/// use. The dictionary is borrowed. Only `setNamed(std::u16string_view)` may be called while
+/// another thread uses the tables.
+class VELLUM_XMLBUILDER_EXPORT ImportTables {
+public:
+    /// Tables over `dictionary`; `renewIdentifiers` gives every reference name a fresh
+    /// identifier (see ReferenceNameTable).
+    ImportTables(const MetaMetadata::Dictionary& dictionary, bool renewIdentifiers);
+    ImportTables(const ImportTables&) = delete;
+    ImportTables& operator=(const ImportTables&) = delete;
+    ~ImportTables();
+
+    const MetaMetadata::Dictionary& dictionary() const noexcept { return m_dictionary; }
+    ReferenceNameTable& names() noexcept { return m_names; }
+
+    /// The set whose "XMLTagName" is `localName`; where two sets share a name, the first in
+    /// key order; nullptr for none.
+    const MetaMetadata::MetaMetadataSet* setNamed(std::u16string_view localName) const;
+    /// The same for the local name of `name`, remembered per name.
+    const MetaMetadata::MetaMetadataSet* setNamed(const XMLName& name);
+
+    /// The element definition whose "XMLNamespaceURI" is `namespaceURI` and whose
+    /// "XMLTagName" is `tagName`; where two share them, the first in label order; nullptr for
+    /// none.
+    const MetaMetadata::MetaElement* elementNamed(std::u16string_view namespaceURI,
+                                                  std::u16string_view tagName);
+
+    /// The label of GenerationUID.
+    static const Types::UniversalLabel& generationUIDLabel();
+
+    /// The dictionary's definitions of the identity elements InstanceUID and GenerationUID
+    /// (nullptr when it has none).
+    const MetaMetadata::MetaElement* instanceUIDElement() const noexcept { return m_instanceUID; }
+    const MetaMetadata::MetaElement* generationUIDElement() const noexcept {
+        return m_generationUID;
+    }
+
+private:
+    const MetaMetadata::Dictionary& m_dictionary;
+    ReferenceNameTable m_names;
+    std::map<WString, const MetaMetadata::MetaMetadataSet*, std::less<>> m_setTags;
+    std::unordered_map<const XMLName*, const MetaMetadata::MetaMetadataSet*> m_setsByName;
+    /// "namespace:tag" to definition, made on first use.
+    std::unique_ptr<std::unordered_map<WString, const MetaMetadata::MetaElement*>> m_elements;
+    const MetaMetadata::MetaElement* m_instanceUID;
+    const MetaMetadata::MetaElement* m_generationUID;
+};
 
 } // namespace Vellum::XMLBuilder
 

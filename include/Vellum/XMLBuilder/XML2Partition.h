@@ -29,12 +29,21 @@ class PartitionMetadata;
 /// Each call returns the sets made for top-level elements and for the children of
 /// "groups:FloatingDarkMetadata", in document order; sets made inline and dark sets are only
 /// in the partition. The partition owns every set; the list borrows them. Nothing already in
-/// the partition is removed. When a call throws, the sets made so far stay in the partition.
+/// the partition is removed.
 ///
-/// Every failure reaches the caller as an Exceptions::BaseException: Xerces-C faults
-/// (malformed or unsafe XML, unbound prefixes) as ParseError, content faults as InvalidFormat
-/// or InvalidLength, anything else as ParseError "Unknown error in Xerces or XQilla". Imports
-/// take no lock; the partition must not be used elsewhere while one runs.
+/// The document is read in one pass (by XMLBuilder::XMLStreamReader, with expat): each
+/// top-level element is read into the partition as soon as it ends, and then freed, so that
+/// memory grows with the largest top-level element rather than with the document. A large
+/// document is parsed on a second thread meanwhile. When a call throws, the sets made so far
+/// (those of the elements before the fault) stay in the partition.
+///
+/// Every failure reaches the caller as an Exceptions::BaseException: malformed or unsafe XML
+/// (a DOCTYPE declaring entities, elements nested too deep, an unsupported encoding) as
+/// ParseError "<document>, line L, column C: <problem>", where <document> is the file's path
+/// or "XML buffer"; a prefix of a value's parts that is bound nowhere as ParseError
+/// "DOMException:: ...(14): ..."; content faults as InvalidFormat or InvalidLength; anything
+/// else as ParseError "Unknown error in Xerces or XQilla" (the name the error has always had).
+/// Imports take no lock; the partition must not be used elsewhere while one runs.
 
 namespace Vellum::XML2Partition {
 
@@ -55,18 +64,18 @@ VELLUM_XMLBUILDER_EXPORT Templates::list<Metadata::MetadataSet*>
 getPartitionMetadataFromFile(const char16_t* path, Metadata::PartitionMetadata* partition,
                              Identifiers identifiers = Identifiers::Keep);
 
-/// Imports `size` bytes of XML at `buffer` (any encoding the document declares or its byte
-/// order mark shows) into `partition`. The bytes are not kept. Throws InvalidFormat for a
-/// null partition or a null buffer with a non-zero size, and as described above.
+/// Imports `size` bytes of XML at `buffer` (in the encoding the document declares or its
+/// byte order mark shows: UTF-8, UTF-16, ISO-8859-1 or US-ASCII) into `partition`. The bytes are
+/// not kept. Throws InvalidFormat for a null partition or a null buffer with a non-zero size, and
+/// as described above.
 VELLUM_XMLBUILDER_EXPORT Templates::list<Metadata::MetadataSet*>
 getPartitionMetadataFromBuffer(const std::uint8_t* buffer, std::uint32_t size,
                                Metadata::PartitionMetadata* partition,
                                Identifiers identifiers = Identifiers::Keep);
 
 /// Imports the XML document `text` into `partition`. The text is read as the UTF-16 it is,
-/// whatever encoding its XML declaration names. It is handed to the buffer import as UTF-16
-/// bytes (2 per code unit, after a byte order mark), their count cut to 32 bits, so a text of
-/// 2 GiB or more is cut short and fails to parse. Throws as getPartitionMetadataFromBuffer.
+/// whatever encoding its XML declaration names (a leading U+FEFF is a byte order mark). Parse
+/// errors name the document "XML buffer". Throws as getPartitionMetadataFromBuffer.
 VELLUM_XMLBUILDER_EXPORT Templates::list<Metadata::MetadataSet*>
 getPartitionMetadataFromString(const WString& text, Metadata::PartitionMetadata* partition,
                                Identifiers identifiers = Identifiers::Keep);

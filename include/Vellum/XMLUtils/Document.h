@@ -4,6 +4,7 @@
 #include "Vellum/Templates/Templates.h"
 #include "Vellum/XMLUtils/EncodingType.h"
 #include "Vellum/XMLUtils/Export.h"
+#include "Vellum/XMLUtils/SerializeOptions.h"
 #include "Vellum/XMLUtils/XercesPtr.h"
 
 #include <cstdint>
@@ -40,15 +41,9 @@ VELLUM_XMLUTILS_EXPORT DocumentPtr loadDocumentFromBuffer(const std::uint8_t* by
 /// documents cannot exhaust the stack. A null `node` does nothing.
 VELLUM_XMLUTILS_EXPORT void cleanEmptyTextNodes(xercesc::DOMNode* node);
 
-/// How `domToBuffer` and `domToBytes` lay out the text.
-struct SerializeOptions {
-    bool prettyPrint = true;    ///< indent nested elements, one per line
-    bool xmlDeclaration = true; ///< start with <?xml version="1.0" encoding="..."?>
-};
-
-/// Serialises `node` as text into `out` (replaced); the XML declaration names `encoding`,
-/// and the text is what a file in that encoding would hold, without a byte order mark.
-/// Throws Exceptions::InvalidFormat for a null node and Exceptions::ParseError when Xerces-C
+/// Serialises `node` as text into `out` (replaced), laid out as `options` say; the XML declaration
+/// names `encoding`, and the text is what a file in that encoding would hold, without a byte order
+/// mark. Throws Exceptions::InvalidFormat for a null node and Exceptions::ParseError when Xerces-C
 /// cannot serialise it (e.g. a character the encoding cannot hold).
 VELLUM_XMLUTILS_EXPORT void domToBuffer(const xercesc::DOMNode* node, WString& out,
                                         EncodingType encoding,

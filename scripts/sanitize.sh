@@ -1,0 +1,62 @@
+#!/usr/bin/env bash
+# Runs the tests under sanitizers (g++), each step timed:
+#   asan  a Debug build of the libraries, the program and every test with AddressSanitizer and
+#         UndefinedBehaviorSanitizer (undefined behaviour fails the test) in ./build-asan, then
+#         the whole CTest suite;
+#   tsan  a ThreadSanitizer build of the export tests in ./build-tsan, then the tests that export
+#         from several threads at once.
+#
+#   scripts/sanitize.sh [asan] [tsan]      (both when none is named)
+#
+# Benchmarks are not built. Exits with the status of the first step that fails.
+set -euo pipefail
+
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+steps=("$@")
+if [ "${#steps[@]}" -eq 0 ]; then
+    steps=(asan tsan)
+fi
+jobs="$(nproc)"
+
+# Runs a command and prints how long it took (wall clock, and the CPU time it and its children
+# used).
+timed() {
+    local label="$1"
+    shift
+    local TIMEFORMAT="sanitize: $label took %0R s (cpu %0U s user, %0S s system)"
+    time "$@"
+}
+
+asan() {
+    export ASAN_OPTIONS="${ASAN_OPTIONS:-detect_leaks=1:abort_on_error=1:strict_string_checks=1}"
+    export UBSAN_OPTIONS="${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}"
+    timed "asan configure" cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=Debug -DVELLUM_SANITIZE=ON \
+        -DVELLUM_BUILD_BENCHMARKS=OFF >/dev/null
+    timed "asan build" cmake --build build-asan -j"$jobs"
+    timed "asan tests" ctest --test-dir build-asan --output-on-failure -j"$jobs"
+}
+
+# The tests that export from several threads at once.
+tsanTests='Concurrent'
+
+tsan() {
+    export TSAN_OPTIONS="${TSAN_OPTIONS:-halt_on_error=1:second_deadlock_stack=1}"
+    timed "tsan configure" cmake -S . -B build-tsan -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+        -DCMAKE_CXX_FLAGS="-fsanitize=thread -fno-omit-frame-pointer" \
+        -DCMAKE_EXE_LINKER_FLAGS=-fsanitize=thread -DCMAKE_SHARED_LINKER_FLAGS=-fsanitize=thread \
+        -DVELLUM_BUILD_BENCHMARKS=OFF -DVELLUM_BUILD_APPS=OFF -DVELLUM_INSTALL=OFF >/dev/null
+    timed "tsan build" cmake --build build-tsan -j"$jobs" --target Vellum_XMLBuilder_Tests
+    timed "tsan tests" ctest --test-dir build-tsan --output-on-failure -R "$tsanTests" \
+        --no-tests=error
+}
+
+for step in "${steps[@]}"; do
+    case "$step" in
+    asan | tsan) "$step" ;;
+    *)
+        echo "usage: scripts/sanitize.sh [asan] [tsan]" >&2
+        exit 2
+        ;;
+    esac
+done

@@ -1,0 +1,78 @@
+#include "Vellum/XMLBuilder/ImportTables.h"
+
+#include "Vellum/MetaMetadata/Dictionary.h"
+#include "Vellum/MetaMetadata/MetaElement.h"
+#include "Vellum/MetaMetadata/MetaMetadataSet.h"
+#include "Vellum/Metadata/Structural/StructuralMetadataULs.h"
+#include "Vellum/Types/UniversalLabel.h"
+#include "Vellum/XMLBuilder/Vocabulary.h"
+#include "Vellum/XMLBuilder/XMLNode.h"
+
+namespace Vellum::XMLBuilder {
+namespace {
+
+WString joined(std::u16string_view namespaceURI, std::u16string_view tagName) {
+    WString key;
+    key.reserve(namespaceURI.size() + 1 + tagName.size());
+    key.append(namespaceURI).append(1, u':').append(tagName);
+    return key;
+}
+
+} // namespace
+
+const Types::UniversalLabel& ImportTables::generationUIDLabel() {
+    static const Types::UniversalLabel label(u"06.0E.2B.34.01.01.01.02.05.20.07.01.08.00.00.00",
+                                             Types::DottedHex);
+    return label;
+}
+
+ImportTables::ImportTables(const MetaMetadata::Dictionary& dictionary, bool renewIdentifiers)
+    : m_dictionary(dictionary)
+    , m_names(renewIdentifiers)
+    , m_instanceUID(
+          dictionary.findElement(Metadata::Structural::StructuralMetadataULs::instanceUID()))
+    , m_generationUID(dictionary.findElement(generationUIDLabel())) {
+    static const WString tagName(Vocabulary::xmlTagName);
+    for (auto it = dictionary.metaMetadataSetBegin(); it != dictionary.metaMetadataSetEnd(); ++it) {
+        const WString* tag = it->second.property(tagName);
+        if (tag != nullptr && !tag->empty()) {
+            m_setTags.emplace(*tag, &it->second); // the first in key order keeps a shared name
+        }
+    }
+}
+
+ImportTables::~ImportTables() = default;
+
+const MetaMetadata::MetaMetadataSet* ImportTables::setNamed(std::u16string_view localName) const {
+    const auto found = m_setTags.find(localName);
+    return found != m_setTags.end() ? found->second : nullptr;
+}
+
+const MetaMetadata::MetaMetadataSet* ImportTables::setNamed(const XMLName& name) {
+    const auto found = m_setsByName.find(&name);
+    if (found != m_setsByName.end()) {
+        return found->second;
+    }
+    return m_setsByName.emplace(&name, setNamed(name.localName)).first->second;
+}
+
+const MetaMetadata::MetaElement* ImportTables::elementNamed(std::u16string_view namespaceURI,
+                                                            std::u16string_view tagName) {
+    if (!m_elements) {
+        static const WString namespaceProperty(Vocabulary::xmlNamespaceURI);
+        static const WString tagProperty(Vocabulary::xmlTagName);
+        m_elements =
+            std::make_unique<std::unordered_map<WString, const MetaMetadata::MetaElement*>>();
+        for (auto it = m_dictionary.metaElementBegin(); it != m_dictionary.metaElementEnd(); ++it) {
+            const WString* space = it->second->property(namespaceProperty);
+            const WString* tag = it->second->property(tagProperty);
+            if (space != nullptr && tag != nullptr) {
+                m_elements->emplace(joined(*space, *tag), it->second); // the first keeps it
+            }
+        }
+    }
+    const auto found = m_elements->find(joined(namespaceURI, tagName));
+    return found != m_elements->end() ? found->second : nullptr;
+}
+
+} // namespace Vellum::XMLBuilder

@@ -1,0 +1,7 @@
+#include "XMLBuilder/MarkupSink.h"
+
+namespace Vellum::XMLBuilder {
+
+MarkupSink::~MarkupSink() = default;
+
+} // namespace Vellum::XMLBuilder
