@@ -1,4 +1,4 @@
-target_sources(Vellum_Core PRIVATE
+target_sources(Vellum_Core_Objects PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/Key.cpp
     ${CMAKE_CURRENT_LIST_DIR}/BERLength.cpp
     ${CMAKE_CURRENT_LIST_DIR}/Value.cpp

@@ -1,4 +1,4 @@
-target_sources(Vellum_Core PRIVATE
+target_sources(Vellum_Core_Objects PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/AbstractMetaAttribute.cpp
     ${CMAKE_CURRENT_LIST_DIR}/AbstractMetaAttributeVisitor.cpp
     ${CMAKE_CURRENT_LIST_DIR}/AttributeRequiredStatus.cpp
@@ -33,7 +33,7 @@ add_custom_command(
     DEPENDS ${VELLUM_DICTIONARY_DATA} ${vellum_embed_script}
     COMMENT "Embedding the meta-dictionary data"
     VERBATIM)
-target_sources(Vellum_Core PRIVATE ${vellum_dictionary_source})
+target_sources(Vellum_Core_Objects PRIVATE ${vellum_dictionary_source})
 
 if(VELLUM_INSTALL)
     install(FILES ${VELLUM_DICTIONARY_DATA} DESTINATION ${CMAKE_INSTALL_DATADIR}/vellum)

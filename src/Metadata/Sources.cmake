@@ -1,4 +1,4 @@
-target_sources(Vellum_Core PRIVATE
+target_sources(Vellum_Core_Objects PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/Element.cpp
     ${CMAKE_CURRENT_LIST_DIR}/SimpleElement.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ReferenceElement.cpp

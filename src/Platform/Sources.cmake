@@ -1,1 +1,1 @@
-target_sources(Vellum_Core PRIVATE ${CMAKE_CURRENT_LIST_DIR}/StringConversion.cpp)
+target_sources(Vellum_Core_Objects PRIVATE ${CMAKE_CURRENT_LIST_DIR}/StringConversion.cpp)
