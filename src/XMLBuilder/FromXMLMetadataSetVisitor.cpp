@@ -126,7 +126,7 @@ void FromXMLMetadataSetVisitor::readMisplacedIdentity(Metadata::MetadataSet& set
     // describe) still carries them as "rp210" attributes when its stored form had them.
     const XMLAttribute* uid = m_element.attribute(Vocabulary::instanceUID);
     const MetaMetadata::MetaElement* uidMeta = m_tables.instanceUIDElement();
-    if (uid != nullptr && uidMeta != nullptr &&
+    if (uid != nullptr && !uid->value.empty() && uidMeta != nullptr &&
         set.findElement(Metadata::Structural::StructuralMetadataULs::instanceUID()) == nullptr) {
         auto* identity = static_cast<Metadata::SimpleElement*>(
             set.createInvalidElement(std::make_shared<MetaMetadata::MisplacedAttribute>(*uidMeta)));
@@ -160,6 +160,11 @@ void FromXMLMetadataSetVisitor::readIdentity(Metadata::MetadataSet& set, Metadat
     }
     auto* identity = dynamic_cast<Metadata::SimpleElement*>(&element);
     if (identity == nullptr) {
+        return;
+    }
+    if (attribute->value.empty()) {
+        // The export writes an empty identifier for a set stored without one.
+        identity->set(nullptr, false);
         return;
     }
     identity->set(std::make_unique<Types::UUID>(

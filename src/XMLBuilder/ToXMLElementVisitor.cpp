@@ -5,7 +5,6 @@
 #include "XMLBuilder/ToXMLMetadataSetVisitor.h"
 #include "XMLBuilder/ToXMLReferenceVisitor.h"
 
-#include "Vellum/Exceptions/NotFoundInPrimer.h"
 #include "Vellum/KLV/KeyClassification.h"
 #include "Vellum/MetaMetadata/MetaElement.h"
 #include "Vellum/MetaMetadata/MetaMetadataSet.h"
@@ -73,18 +72,16 @@ const WString& ToXMLElementVisitor::startProperty(const XMLNames::Item& item,
         return space;
     }
     // An unknown element is identified by its local tag and the label the primer gives it.
+    // An element whose tag the primer does not know is identified by its tag alone, a
+    // dynamic one too: without it the import could not place the element.
     const WString groups = namespaces.namespaceOf(Vocabulary::groupsPrefix);
     const Types::LocalTag tag(item.localTagText, Types::DottedHex);
-    if (tag.isStaticLocalTag()) {
+    const Types::UniversalLabel* label = m_context.partition.partitionDictionary().lookup(tag);
+    if (tag.isStaticLocalTag() || label == nullptr) {
         m_sink.attribute(groups, Vocabulary::staticLocalTag, item.localTagText);
     }
-    try {
-        const WString label = m_context.partition.partitionDictionary().find(tag, false).toString();
-        if (!label.empty()) {
-            m_sink.attribute(groups, Vocabulary::universalLabel, label);
-        }
-    } catch (const Exceptions::NotFoundInPrimer&) {
-        // An element whose tag the primer does not know is identified by its tag alone.
+    if (label != nullptr) {
+        m_sink.attribute(groups, Vocabulary::universalLabel, label->toString());
     }
     return space;
 }

@@ -6,6 +6,7 @@
 #include "Vellum/Metadata/DarkParsedGroup.h"
 #include "Vellum/Metadata/MetadataSet.h"
 #include "Vellum/Metadata/SimpleElement.h"
+#include "Vellum/XMLBuilder/Vocabulary.h"
 
 #include <algorithm>
 #include <vector>
@@ -125,8 +126,16 @@ void ToXMLMetadataSetVisitor::writeElements(const Metadata::MetadataSet& set, Ma
     // replaces an earlier one.
     ToXMLElementVisitor::ElementList& identities = lease.scratch().identities;
     for (const XMLNames::Entry& entry : order) {
-        if (!entry.item->identityTag || entry.element->isEmpty() ||
-            !names.wouldBeIdentity(*entry.item)) {
+        if (!entry.item->identityTag || !names.wouldBeIdentity(*entry.item)) {
+            continue;
+        }
+        if (entry.element->isEmpty()) {
+            // The import gives a set without "rp210:InstanceUID" a fresh identifier; an
+            // empty one keeps a set stored without its identifier as it is.
+            const XMLNames::ElementName& name = names.name(*entry.item);
+            if (name.qualifiedName == Vocabulary::instanceUID && set.instanceUID() == nullptr) {
+                sink.attribute(name.namespaceName, name.qualifiedName, std::u16string_view());
+            }
             continue;
         }
         const auto* simple = dynamic_cast<const Metadata::SimpleElement*>(entry.element);

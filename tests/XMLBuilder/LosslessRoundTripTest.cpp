@@ -11,9 +11,10 @@
 
 #include <string>
 
-// Header metadata that real writers produce and that once changed on export -> import, each
-// built byte by byte; every one must come back equal (same sets by identifier, same items by
-// label with the same bytes, same dark metadata), in both layouts, and again through KLV.
+// Header metadata that real writers produce (or the fuzzer found) and that once changed on
+// export -> import, each built byte by byte; every one must come back equal (same sets by
+// identifier, same items by label with the same bytes, same dark metadata), in both layouts,
+// and again through KLV.
 namespace {
 
 using namespace VellumTest;
@@ -106,6 +107,9 @@ const Case cases[] = {
             concat({identification(0x22, item(0x3C01, utf16(u"first"))),
                     identification(0x22, item(0x3C01, utf16(u"second"))),
                     identification(0x44, item(0x3C01, utf16(u"floating")))}))},
+    {"ItemWithADynamicTagThePrimerLacks", header(item(0x8002, {1, 2, 3}), {})},
+    {"SetStoredWithoutItsIdentifier",
+     header(identifications({uuid(0x22)}), klv(identificationKey, item(0x3C01, utf16(u"x"))))},
 };
 
 std::string differences(const PartitionMetadata& a, const PartitionMetadata& b) {

@@ -27,10 +27,12 @@ namespace Vellum::XMLBuilder {
 /// the rp210 namespace); children the dictionary does not ask for are ignored. The two
 /// identity elements come from the attributes "rp210:InstanceUID" (its text is a reference
 /// name: the set takes the identifier the reference name table gives that name, or enters
-/// its own) and "rp210:GenerationUID". The children of "groups:ExtensionElements" (read only
-/// where the prefix "groups" is bound) become invalid elements: misplaced ones when the
-/// dictionary knows their namespace and name (taken from the root element's declarations),
-/// unknown ones otherwise, identified by "groups:StaticLocalTag" or "groups:UniversalLabel".
+/// its own; an empty one leaves the set without identifier, as the export writes a set
+/// stored without one) and "rp210:GenerationUID". The children of
+/// "groups:ExtensionElements" (read only where the prefix "groups" is bound) become invalid
+/// elements: misplaced ones when the dictionary knows their namespace and name (taken from
+/// the root element's declarations), unknown ones otherwise, identified by
+/// "groups:StaticLocalTag" or "groups:UniversalLabel".
 class VELLUM_XMLBUILDER_EXPORT FromXMLMetadataSetVisitor
     : public Metadata::Visitors::NonConstMetadataSetVisitor {
 public:
