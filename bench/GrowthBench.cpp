@@ -216,7 +216,7 @@ struct Shape {
 const std::vector<Shape> shapes = {
     {"xml: attributes on one set element", 1000, Reader::XMLImport, manyAttributes},
     {"xml: namespace declarations on the root", 1000, Reader::XMLImport, manyNamespaces},
-    {"xml: sibling sets", 500, Reader::XMLImport, manySiblingSets},
+    {"xml: sibling sets", 5000, Reader::XMLImport, manySiblingSets},
     {"xml: strong-reference collection", 1000, Reader::XMLImport, longReferenceCollection},
     {"xml: string value (characters)", 100000, Reader::XMLImport, longString},
     {"xml: hex value (bytes)", 100000, Reader::XMLImport, longHex},
