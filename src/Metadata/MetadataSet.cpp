@@ -1,5 +1,6 @@
 #include "Vellum/Metadata/MetadataSet.h"
 
+#include "Metadata/ElementBlock.h"
 #include "Metadata/ElementFactory.h"
 #include "Metadata/MetaElementOf.h"
 
@@ -30,9 +31,8 @@ namespace Vellum::Metadata {
 namespace {
 
 bool isInstanceUID(const MetaMetadata::MetaElement* meta) {
-    return meta != nullptr && KLV::Key(meta->ul().data(), 16)
-                                  .equalsIgnoringVersion(KLV::Key(
-                                      Structural::StructuralMetadataULs::instanceUID().data(), 16));
+    static const KLV::Key instanceUID(Structural::StructuralMetadataULs::instanceUID().data(), 16);
+    return meta != nullptr && KLV::Key(meta->ul().data(), 16).equalsIgnoringVersion(instanceUID);
 }
 
 std::uint8_t lengthOctetsFor(std::uint64_t value, std::uint8_t stored) {
@@ -66,32 +66,43 @@ void MetadataSet::createDefinedElements() {
     if (m_definition == nullptr) {
         return;
     }
-    for (const MetaMetadata::MetaElement* meta : m_definition->elementsBySchemaIndex()) {
-        auto element = detail::makeElement(*this, meta->attribute(), meta);
-        Element* raw = element.get();
-        m_elements.push_back(std::move(element));
-        m_valid.emplace(meta->ul(), raw);
-        m_order.push_back(raw);
-        if (isInstanceUID(meta)) {
-            m_instanceUID = raw;
+    const MetaMetadata::MetaMetadataSet::ElementList& metas = m_definition->elementsBySchemaIndex();
+    m_defined = detail::ElementBlock::make(*this, metas);
+    m_order.reserve(m_order.size() + metas.size());
+    for (std::size_t i = 0; i < metas.size(); ++i) {
+        Element* element = m_defined->begin()[i];
+        m_order.push_back(element);
+        if (isInstanceUID(metas[i])) {
+            m_instanceUID = element;
         }
     }
 }
 
+MetadataSet::ValidIterator::value_type MetadataSet::ValidIterator::operator*() const noexcept {
+    return {detail::ElementBlock::labelOf(**m_position), *m_position};
+}
+
+MetadataSet::ValidIterator MetadataSet::begin() const noexcept {
+    return ValidIterator(m_defined ? m_defined->byLabelBegin() : nullptr);
+}
+
+MetadataSet::ValidIterator MetadataSet::end() const noexcept {
+    return ValidIterator(m_defined ? m_defined->byLabelEnd() : nullptr);
+}
+
+std::size_t MetadataSet::validCount() const noexcept {
+    return m_defined ? m_defined->labelCount() : 0;
+}
+
 Element* MetadataSet::findElement(const Types::UniversalLabel& ul) const noexcept {
-    const auto it = m_valid.find(ul);
-    if (it != m_valid.end()) {
-        return it->second;
-    }
-    if (m_definition == nullptr) {
+    if (!m_defined) {
         return nullptr;
+    }
+    if (Element* exact = m_defined->find(ul)) {
+        return exact;
     }
     const MetaMetadata::MetaElement* meta = m_definition->findElement(ul);
-    if (meta == nullptr) {
-        return nullptr;
-    }
-    const auto byDefinition = m_valid.find(meta->ul());
-    return byDefinition == m_valid.end() ? nullptr : byDefinition->second;
+    return meta == nullptr ? nullptr : m_defined->find(meta->ul());
 }
 
 Element* MetadataSet::createInvalidElement(Element::AttributePtr attribute) {

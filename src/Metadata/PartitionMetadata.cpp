@@ -75,7 +75,7 @@ MetadataSet* PartitionMetadata::adoptSet(std::unique_ptr<MetadataSet> set) {
     MetadataSet* raw = set.get();
     m_sets.push_back(std::move(set));
     m_setList.push_back(raw);
-    m_byKey.emplace(withoutVersion(raw->key()), raw);
+    m_byKey[withoutVersion(raw->key())].push_back(raw);
     m_layout.push_back(LayoutEntry{raw, nullptr, 0});
     m_uidIndexValid = false;
     return raw;
@@ -94,9 +94,9 @@ void PartitionMetadata::addFill(DataIO::Slice bytes) {
 
 PartitionMetadata::SetList PartitionMetadata::find(const KLV::Key& key) const {
     SetList result;
-    const auto range = m_byKey.equal_range(withoutVersion(key));
-    for (auto it = range.first; it != range.second; ++it) {
-        result.push_back(it->second);
+    const auto found = m_byKey.find(withoutVersion(key));
+    if (found != m_byKey.end()) {
+        result = found->second;
     }
     return result;
 }
@@ -173,8 +173,12 @@ MetadataSet* PartitionMetadata::copySet(const MetadataSet& source) {
 
 void PartitionMetadata::removeSet(const MetadataSet& set) {
     m_setList.erase(std::remove(m_setList.begin(), m_setList.end(), &set), m_setList.end());
-    for (auto it = m_byKey.begin(); it != m_byKey.end();) {
-        it = it->second == &set ? m_byKey.erase(it) : std::next(it);
+    if (const auto found = m_byKey.find(withoutVersion(set.key())); found != m_byKey.end()) {
+        SetList& sameKey = found->second;
+        sameKey.erase(std::remove(sameKey.begin(), sameKey.end(), &set), sameKey.end());
+        if (sameKey.empty()) {
+            m_byKey.erase(found);
+        }
     }
     m_layout.erase(std::remove_if(m_layout.begin(), m_layout.end(),
                                   [&set](const LayoutEntry& e) { return e.set == &set; }),

@@ -19,6 +19,7 @@ target_sources(Vellum_Core_Objects PRIVATE
     ${CMAKE_CURRENT_LIST_DIR}/HeaderMetadataMerge.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ReferenceWalker.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ReferenceFactory.cpp
+    ${CMAKE_CURRENT_LIST_DIR}/ElementBlock.cpp
     ${CMAKE_CURRENT_LIST_DIR}/ElementFactory.cpp
     ${CMAKE_CURRENT_LIST_DIR}/MetaElementOf.cpp
     ${CMAKE_CURRENT_LIST_DIR}/StructuralMetadataKeys.cpp

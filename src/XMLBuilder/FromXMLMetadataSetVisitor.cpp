@@ -14,7 +14,6 @@
 #include "Vellum/Types/UUID.h"
 #include "Vellum/Types/UniversalLabel.h"
 #include "Vellum/XMLBuilder/FromXMLElementVisitor.h"
-#include "Vellum/XMLBuilder/FromXMLMetaAttributeVisitor.h"
 #include "Vellum/XMLBuilder/NodeSelector.h"
 #include "Vellum/XMLBuilder/Vocabulary.h"
 
@@ -27,8 +26,6 @@ namespace Vellum::XMLBuilder {
 namespace {
 
 struct Names {
-    WString tagName{Vocabulary::xmlTagName};
-    WString prefix{Vocabulary::xmlDefaultPrefix};
     WString groups{Vocabulary::groupsPrefix};
     WString extensionElements{u"ExtensionElements"};
     WString rp210{u"rp210:"};
@@ -92,29 +89,27 @@ void FromXMLMetadataSetVisitor::readElement(const XMLNode& node,
 
 void FromXMLMetadataSetVisitor::visit(Metadata::MetadataSet& set) {
     PrefixNamespaces namespaces(m_element);
+    const std::vector<ImportTables::ElementReading>& readings = m_tables.readingsOf(set);
+    std::size_t position = 0;
     // The elements are read in label order (the order in which fresh identifiers are drawn
     // and sets written inline are made).
     for (const auto& [label, element] : set) {
-        FromXMLMetaAttributeVisitor attribute;
-        element->metaAttribute()->accept(attribute);
-        const MetaMetadata::MetaElement* meta = attribute.metaElement();
-        if (meta == nullptr) {
+        const ImportTables::ElementReading reading =
+            position < readings.size() && readings[position].meta == element->metaElement()
+                ? readings[position]
+                : ImportTables::readingOf(*element);
+        ++position;
+        if (reading.meta == nullptr || reading.tagName == nullptr || reading.prefix == nullptr) {
             continue;
         }
-        const WString* tagName = meta->property(names().tagName);
-        const WString* prefix = meta->property(names().prefix);
-        if (tagName == nullptr || prefix == nullptr) {
-            continue;
-        }
-        if (*tagName == Vocabulary::instanceUIDLocalName ||
-            *tagName == Vocabulary::generationUIDLocalName) {
-            readIdentity(set, *element, *meta, *tagName);
+        if (reading.identity) {
+            readIdentity(set, *element, *reading.meta, *reading.tagName);
             continue;
         }
         const XMLNode* child =
-            NodeSelector::firstNamed(m_element, namespaces.of(*prefix), *tagName);
+            NodeSelector::firstNamed(m_element, namespaces.of(*reading.prefix), *reading.tagName);
         if (child != nullptr) {
-            readElement(*child, meta, *element);
+            readElement(*child, reading.meta, *element);
         }
     }
     readMisplacedIdentity(set);

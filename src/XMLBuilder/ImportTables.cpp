@@ -1,10 +1,14 @@
 #include "Vellum/XMLBuilder/ImportTables.h"
 
+#include "Vellum/MetaMetadata/AbstractMetaAttribute.h"
 #include "Vellum/MetaMetadata/Dictionary.h"
 #include "Vellum/MetaMetadata/MetaElement.h"
 #include "Vellum/MetaMetadata/MetaMetadataSet.h"
+#include "Vellum/Metadata/Element.h"
+#include "Vellum/Metadata/MetadataSet.h"
 #include "Vellum/Metadata/Structural/StructuralMetadataULs.h"
 #include "Vellum/Types/UniversalLabel.h"
+#include "Vellum/XMLBuilder/FromXMLMetaAttributeVisitor.h"
 #include "Vellum/XMLBuilder/Vocabulary.h"
 #include "Vellum/XMLBuilder/XMLNode.h"
 
@@ -73,6 +77,36 @@ const MetaMetadata::MetaElement* ImportTables::elementNamed(std::u16string_view 
     }
     const auto found = m_elements->find(joined(namespaceURI, tagName));
     return found != m_elements->end() ? found->second : nullptr;
+}
+
+ImportTables::ElementReading ImportTables::readingOf(const Metadata::Element& element) {
+    static const WString tagProperty(Vocabulary::xmlTagName);
+    static const WString prefixProperty(Vocabulary::xmlDefaultPrefix);
+    FromXMLMetaAttributeVisitor attribute;
+    element.metaAttribute()->accept(attribute);
+    ElementReading reading;
+    reading.meta = attribute.metaElement();
+    if (reading.meta == nullptr) {
+        return reading;
+    }
+    reading.tagName = reading.meta->property(tagProperty);
+    reading.prefix = reading.meta->property(prefixProperty);
+    reading.identity =
+        reading.tagName != nullptr && (*reading.tagName == Vocabulary::instanceUIDLocalName ||
+                                       *reading.tagName == Vocabulary::generationUIDLocalName);
+    return reading;
+}
+
+const std::vector<ImportTables::ElementReading>&
+ImportTables::readingsOf(const Metadata::MetadataSet& set) {
+    auto [entry, made] = m_readings.try_emplace(set.definition());
+    if (made) {
+        entry->second.reserve(set.validCount());
+        for (const auto& [label, element] : set) {
+            entry->second.push_back(readingOf(*element));
+        }
+    }
+    return entry->second;
 }
 
 } // namespace Vellum::XMLBuilder

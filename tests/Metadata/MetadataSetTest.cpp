@@ -7,9 +7,12 @@
 #include "Vellum/MetaMetadata/MetaMetadataSet.h"
 #include "Vellum/MetaMetadata/MisplacedAttribute.h"
 #include "Vellum/MetaMetadata/UnknownAttribute.h"
+#include "Vellum/Metadata/ArrayElement.h"
+#include "Vellum/Metadata/BatchElement.h"
 #include "Vellum/Metadata/DarkParsedGroup.h"
 #include "Vellum/Metadata/PartitionMetadata.h"
 #include "Vellum/Metadata/ReferenceArrayElement.h"
+#include "Vellum/Metadata/ReferenceBatchElement.h"
 #include "Vellum/Metadata/ReferenceElement.h"
 #include "Vellum/Metadata/SimpleElement.h"
 #include "Vellum/Metadata/Structural/StructuralMetadataKeys.h"
@@ -17,6 +20,7 @@
 #include "Vellum/Types/UTF16String.h"
 #include "Vellum/Types/Unknown.h"
 #include "Vellum/Types/VersionType.h"
+#include "Vellum/Utils/StringConversion.h"
 
 #include <gtest/gtest.h>
 
@@ -276,6 +280,85 @@ TEST(MetadataSet, ReferenceCyclesEndTheWalk) {
     std::vector<const Metadata::MetadataSet*> order;
     EXPECT_EQ(partition.calculateSerializationOrder(order, true, false), 0U);
     EXPECT_EQ(order.size(), 2U);
+}
+
+/// Whether `element` is of the class its definition asks for.
+bool hasDefinedClass(const Metadata::Element& element) {
+    const MetaMetadata::MetaElement& meta = *element.metaElement();
+    const bool reference = meta.valueType() == Types::Identifiers::StrongReference ||
+                           meta.valueType() == Types::Identifiers::WeakReference;
+    const bool batch = meta.dataType() == Types::Identifiers::Batch;
+    if (!meta.isCollection()) {
+        return reference ? dynamic_cast<const Metadata::ReferenceElement*>(&element) != nullptr
+                         : dynamic_cast<const Metadata::SimpleElement*>(&element) != nullptr;
+    }
+    if (reference) {
+        return batch ? dynamic_cast<const Metadata::ReferenceBatchElement*>(&element) != nullptr
+                     : dynamic_cast<const Metadata::ReferenceArrayElement*>(&element) != nullptr;
+    }
+    return batch ? dynamic_cast<const Metadata::BatchElement*>(&element) != nullptr
+                 : dynamic_cast<const Metadata::ArrayElement*>(&element) != nullptr;
+}
+
+TEST(MetadataSet, EveryDefinedElementIsFoundByLabelInLabelOrder) {
+    const auto dictionary = MetaMetadata::Dictionary::builtIn();
+    PartitionMetadata partition(dictionary);
+    std::size_t sets = 0;
+    for (auto it = dictionary->metaMetadataSetBegin(); it != dictionary->metaMetadataSetEnd();
+         ++it) {
+        const MetaMetadata::MetaMetadataSet& definition = it->second;
+        if (!definition.hasKey() || dictionary->findSet(definition.key()) != &definition) {
+            continue;
+        }
+        const auto* set = partition.createMetadataSet(definition.key());
+        const std::string name = Utils::wstringToString(definition.name());
+        ++sets;
+        ASSERT_EQ(set->validCount(), definition.elements().size()) << name;
+        std::size_t visited = 0;
+        const Types::UniversalLabel* previous = nullptr;
+        for (const auto& [ul, element] : *set) {
+            ++visited;
+            ASSERT_EQ(&element->owner(), set) << name;
+            EXPECT_EQ(ul, element->metaElement()->ul()) << name;
+            EXPECT_TRUE(previous == nullptr || *previous < ul) << name << ": not in label order";
+            previous = &ul;
+            EXPECT_EQ(set->findElement(ul), element) << name;
+            auto otherVersion = ul.bytes();
+            otherVersion[7] ^= 0x7F;
+            EXPECT_EQ(set->findElement(Types::UniversalLabel(otherVersion)), element) << name;
+            EXPECT_TRUE(hasDefinedClass(*element)) << name;
+        }
+        EXPECT_EQ(visited, set->validCount()) << name;
+        const auto& bySchema = definition.elementsBySchemaIndex();
+        ASSERT_EQ(set->serializationOrder().size(), bySchema.size()) << name;
+        for (std::size_t i = 0; i < bySchema.size(); ++i) {
+            EXPECT_EQ(set->serializationOrder()[i]->metaElement(), bySchema[i]) << name << " " << i;
+        }
+        EXPECT_EQ(set->findElement(label(u"06.0E.2B.34.01.01.01.02.0F.0F.0F.0F.0F.0F.0F.00")),
+                  nullptr);
+    }
+    EXPECT_GT(sets, 100U);
+}
+
+TEST(MetadataSet, FindGivesTheSetsOfAKeyInCreationOrderAcrossRemovals) {
+    PartitionMetadata partition(MetaMetadata::Dictionary::builtIn());
+    auto* first = partition.createMetadataSet(key(identificationKey));
+    auto* preface = partition.createMetadataSet(key(prefaceKey));
+    auto* second = partition.createMetadataSet(key(identificationKey));
+    auto* third = partition.createMetadataSet(key(identificationKey));
+    using Sets = PartitionMetadata::SetList;
+    Bytes otherCoding = identificationKey;
+    otherCoding[5] = 0x13;
+    otherCoding[7] = 0x7F;
+    EXPECT_EQ(partition.find(key(otherCoding)), (Sets{first, second, third}));
+    partition.removeSet(*second);
+    EXPECT_EQ(partition.find(key(identificationKey)), (Sets{first, third}));
+    partition.removeSet(*first);
+    partition.removeSet(*third);
+    EXPECT_TRUE(partition.find(key(identificationKey)).empty());
+    EXPECT_EQ(partition.find(key(prefaceKey)), (Sets{preface}));
+    auto* again = partition.createMetadataSet(key(identificationKey));
+    EXPECT_EQ(partition.find(key(identificationKey)), (Sets{again}));
 }
 
 } // namespace

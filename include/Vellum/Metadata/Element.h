@@ -66,8 +66,14 @@ public:
 
     /// The local tag the element was stored under, or nothing for an element that was never
     /// stored (it gets a tag from the primer when its set is written).
-    const std::optional<Types::LocalTag>& localTag() const noexcept { return m_localTag; }
-    void setLocalTag(const Types::LocalTag& tag) noexcept { m_localTag = tag; }
+    std::optional<Types::LocalTag> localTag() const noexcept {
+        return m_hasLocalTag ? std::optional<Types::LocalTag>(Types::LocalTag(m_localTag))
+                             : std::nullopt;
+    }
+    void setLocalTag(const Types::LocalTag& tag) noexcept {
+        m_localTag = tag.value();
+        m_hasLocalTag = true;
+    }
     /// Octets of the item's BER length as stored, in a set coded with BER item lengths; 0 for
     /// the shortest form.
     std::uint8_t lengthOctets() const noexcept { return m_lengthOctets; }
@@ -84,7 +90,10 @@ private:
     MetadataSet* m_owner;
     AttributePtr m_attribute;
     const MetaMetadata::MetaElement* m_metaElement;
-    std::optional<Types::LocalTag> m_localTag;
+    // The local tag as its number and whether there is one: a set made from the dictionary
+    // has an element per item its definition lists, so every byte here counts many times.
+    std::uint16_t m_localTag = 0;
+    bool m_hasLocalTag = false;
     std::uint8_t m_lengthOctets = 0;
 };
 

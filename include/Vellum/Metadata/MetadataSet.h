@@ -7,9 +7,11 @@
 #include "Vellum/Types/UUID.h"
 #include "Vellum/Types/UniversalLabel.h"
 
-#include <map>
+#include <cstddef>
+#include <iterator>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace Vellum::MetaMetadata {
@@ -19,6 +21,10 @@ class MetaMetadataSet;
 namespace Vellum::Metadata {
 
 class PartitionMetadata;
+
+namespace detail {
+class ElementBlock;
+} // namespace detail
 
 namespace Visitors {
 class MetadataSetVisitor;
@@ -37,8 +43,47 @@ class NonConstMetadataSetVisitor;
 /// when a partition is read).
 class VELLUM_CORE_EXPORT MetadataSet {
 public:
-    using ElementMap = std::map<Types::UniversalLabel, Element*>;
     using ElementList = std::vector<Element*>;
+
+    /// Walks the valid elements in label order, giving (label, element) pairs.
+    class VELLUM_CORE_EXPORT ValidIterator {
+    public:
+        using value_type = std::pair<const Types::UniversalLabel&, Element*>;
+        using reference = value_type;
+        using difference_type = std::ptrdiff_t;
+        using iterator_category = std::input_iterator_tag;
+
+        /// Holds the pair `operator->` points to.
+        struct Arrow {
+            value_type entry;
+            const value_type* operator->() const noexcept { return &entry; }
+        };
+
+        ValidIterator() noexcept = default;
+        explicit ValidIterator(Element* const* position) noexcept
+            : m_position(position) {}
+
+        value_type operator*() const noexcept;
+        Arrow operator->() const noexcept { return Arrow{**this}; }
+        ValidIterator& operator++() noexcept {
+            ++m_position;
+            return *this;
+        }
+        ValidIterator operator++(int) noexcept {
+            ValidIterator before = *this;
+            ++m_position;
+            return before;
+        }
+        friend bool operator==(const ValidIterator& a, const ValidIterator& b) noexcept {
+            return a.m_position == b.m_position;
+        }
+        friend bool operator!=(const ValidIterator& a, const ValidIterator& b) noexcept {
+            return a.m_position != b.m_position;
+        }
+
+    private:
+        Element* const* m_position = nullptr;
+    };
 
     MetadataSet(const MetadataSet&) = delete;
     MetadataSet& operator=(const MetadataSet&) = delete;
@@ -55,9 +100,9 @@ public:
     PartitionMetadata& partition() const noexcept { return *m_partition; }
 
     /// Valid elements, by label in label order.
-    ElementMap::const_iterator begin() const noexcept { return m_valid.begin(); }
-    ElementMap::const_iterator end() const noexcept { return m_valid.end(); }
-    std::size_t validCount() const noexcept { return m_valid.size(); }
+    ValidIterator begin() const noexcept;
+    ValidIterator end() const noexcept;
+    std::size_t validCount() const noexcept;
     /// The valid element with this label (byte 8 not compared), or nullptr.
     Element* findElement(const Types::UniversalLabel& ul) const noexcept;
 
@@ -128,8 +173,11 @@ private:
     KLV::Key m_key;
     const MetaMetadata::MetaMetadataSet* m_definition;
     std::uint8_t m_berOctets = 4;
+    /// The valid elements, made together with their lookup by label (nullptr for a set
+    /// without a definition).
+    std::unique_ptr<detail::ElementBlock> m_defined;
+    /// The invalid elements.
     std::vector<std::unique_ptr<Element>> m_elements;
-    ElementMap m_valid;
     ElementList m_invalid;
     ElementList m_order;
     std::size_t m_storedCount = 0;

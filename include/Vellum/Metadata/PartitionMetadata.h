@@ -141,7 +141,9 @@ private:
     DarkList m_darkList;
     std::vector<std::vector<std::uint8_t>> m_fills;
     std::vector<LayoutEntry> m_layout;
-    std::multimap<KLV::Key, MetadataSet*> m_byKey;
+    /// The sets by key without version byte (and with 0x53 for 0x13), each list in the order
+    /// the sets were adopted.
+    std::map<KLV::Key, SetList> m_byKey;
     mutable std::map<Types::UUID, SetList> m_byUID;
     mutable bool m_uidIndexValid = false;
 };

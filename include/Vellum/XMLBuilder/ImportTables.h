@@ -10,6 +10,7 @@
 #include <memory>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 namespace Vellum::Types {
 class UniversalLabel;
@@ -20,6 +21,11 @@ class Dictionary;
 class MetaElement;
 class MetaMetadataSet;
 } // namespace Vellum::MetaMetadata
+
+namespace Vellum::Metadata {
+class Element;
+class MetadataSet;
+} // namespace Vellum::Metadata
 
 namespace Vellum::XMLBuilder {
 
@@ -63,6 +69,22 @@ public:
         return m_generationUID;
     }
 
+    /// How a set's valid element is read: its definition, the XML tag name and prefix of its
+    /// XML element (nullptr when it has none, and the element is not read), and whether it is
+    /// an identity element (read from an attribute of the set's XML element).
+    struct ElementReading {
+        const MetaMetadata::MetaElement* meta = nullptr;
+        const WString* tagName = nullptr;
+        const WString* prefix = nullptr;
+        bool identity = false;
+    };
+    /// The reading of `element`.
+    static ElementReading readingOf(const Metadata::Element& element);
+    /// The readings of the valid elements of the sets of `set`'s definition, in label order,
+    /// made from `set` on first use. A reader uses an entry only for an element whose
+    /// definition is the entry's `meta`, and `readingOf` for any other.
+    const std::vector<ElementReading>& readingsOf(const Metadata::MetadataSet& set);
+
 private:
     const MetaMetadata::Dictionary& m_dictionary;
     ReferenceNameTable m_names;
@@ -72,6 +94,10 @@ private:
     std::unique_ptr<std::unordered_map<WString, const MetaMetadata::MetaElement*>> m_elements;
     const MetaMetadata::MetaElement* m_instanceUID;
     const MetaMetadata::MetaElement* m_generationUID;
+    /// By set definition: the readings of its elements, made once per import rather than
+    /// once per set.
+    std::unordered_map<const MetaMetadata::MetaMetadataSet*, std::vector<ElementReading>>
+        m_readings;
 };
 
 } // namespace Vellum::XMLBuilder
