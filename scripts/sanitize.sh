@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Runs the tests under sanitizers (g++), each step timed:
-#   asan  a Debug build of the libraries, the program and every test with AddressSanitizer and
+#   asan  a Debug build of the libraries and their tests with AddressSanitizer and
 #         UndefinedBehaviorSanitizer (undefined behaviour fails the test) in ./build-asan, then
-#         the whole CTest suite;
+#         those tests;
 #   tsan  a ThreadSanitizer build of the export tests in ./build-tsan, then the tests that export
 #         from several threads at once.
 #
@@ -32,11 +32,14 @@ asan() {
     export ASAN_OPTIONS="${ASAN_OPTIONS:-detect_leaks=1:abort_on_error=1:strict_string_checks=1}"
     export UBSAN_OPTIONS="${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}"
     # Each test program runs as two sharded tests: a sanitized process is slow to start and to
-    # check for leaks at exit, and there are some 1500 test cases.
+    # check for leaks at exit, and there are some 1500 test cases. The program and its tests
+    # are left out: they run the program hundreds of times over library code that the library
+    # tests run here too, and would double the step's time. The packaging checks compile
+    # headers and consumer projects and run no library code.
     timed "asan configure" cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=Debug -DVELLUM_SANITIZE=ON \
-        -DVELLUM_TEST_PER_PROGRAM=ON -DVELLUM_BUILD_BENCHMARKS=OFF >/dev/null
+        -DVELLUM_TEST_PER_PROGRAM=ON -DVELLUM_BUILD_BENCHMARKS=OFF -DVELLUM_BUILD_APPS=OFF \
+        >/dev/null
     timed "asan build" cmake --build build-asan -j"$jobs"
-    # The packaging checks compile headers and consumer projects; they run no library code.
     timed "asan tests" ctest --test-dir build-asan --output-on-failure -j"$jobs" -E '^Packaging\.'
 }
 
