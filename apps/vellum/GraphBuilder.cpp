@@ -14,6 +14,7 @@
 #include "Vellum/Types/Length.h"
 #include "Vellum/Types/Position.h"
 #include "Vellum/Types/Rational.h"
+#include "Vellum/Types/StringRepresentation.h"
 #include "Vellum/Types/UInt16.h"
 #include "Vellum/Types/UInt32.h"
 #include "Vellum/Types/UInt64.h"
@@ -177,19 +178,10 @@ std::string rationalText(const Types::Rational& rational) {
     return std::to_string(rational.numerator()) + "/" + std::to_string(rational.denominator());
 }
 
-std::string hexBytes(const std::uint8_t* bytes, std::size_t count) {
-    static const char digits[] = "0123456789ABCDEF";
-    std::string text;
-    for (std::size_t i = 0; i < count; ++i) {
-        text += i == 0 ? "" : ".";
-        text += digits[bytes[i] >> 4U];
-        text += digits[bytes[i] & 0x0FU];
-    }
-    return text;
-}
-
 std::string umidTail(const Types::UMID32& umid, std::size_t count) {
-    return "\xE2\x80\xA6" + hexBytes(umid.data() + Types::UMID32::byteCount - count, count);
+    const std::uint8_t* tail = umid.data() + Types::UMID32::byteCount - count;
+    return "\xE2\x80\xA6" + Utils::wstringToString(
+                                Types::StringRepresentation::format(tail, count, Types::DottedHex));
 }
 
 // The fewest trailing bytes (at least minUmidTailBytes, at most the 16 of the material

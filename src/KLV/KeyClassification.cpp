@@ -6,6 +6,10 @@
 namespace Vellum::KLV {
 namespace {
 
+// Byte 6 of a local-set key: 2-byte local tags with 2-byte or with BER item lengths.
+constexpr std::uint8_t twoByteItemLengths = 0x53;
+constexpr std::uint8_t berItemLengths = 0x13;
+
 // Compares key bytes [first, first + count) with `expected`.
 bool matches(const Key& key, std::size_t first, std::initializer_list<std::uint8_t> expected) {
     return std::equal(expected.begin(), expected.end(), key.data() + first);
@@ -33,7 +37,24 @@ bool isLocalSet(const Key& key) noexcept {
         return false;
     }
     // The two codings MXF uses: 2-byte tags with 2-byte lengths, or with BER lengths.
-    return key[5] == 0x53 || key[5] == 0x13;
+    return key[5] == twoByteItemLengths || key[5] == berItemLengths;
+}
+
+bool hasBERItemLengths(const Key& key) noexcept {
+    return key[5] == berItemLengths;
+}
+
+Key withTwoByteItemLengths(const Key& key) noexcept {
+    if (!hasBERItemLengths(key)) {
+        return key;
+    }
+    Key::Bytes bytes = key.bytes();
+    bytes[5] = twoByteItemLengths;
+    return Key(bytes);
+}
+
+Key setIdentityKey(const Key& key) noexcept {
+    return withTwoByteItemLengths(key.withoutVersion());
 }
 
 bool isFill(const Key& key) noexcept {

@@ -61,7 +61,7 @@ void Dictionary::loadText(std::string_view text, const std::string& sourceName) 
 }
 
 const MetaMetadataSet* Dictionary::findSet(const KLV::Key& key) const noexcept {
-    const auto found = m_setsByBaseKey.find(DictionaryBuilder::baseKey(key));
+    const auto found = m_setsByBaseKey.find(key.withoutVersion());
     return found != m_setsByBaseKey.end() &&
                    found->second->kind() == MetaMetadataSet::Kind::LocalSet
                ? found->second
@@ -69,7 +69,7 @@ const MetaMetadataSet* Dictionary::findSet(const KLV::Key& key) const noexcept {
 }
 
 const MetaMetadataSet* Dictionary::findPack(const KLV::Key& key) const noexcept {
-    const auto found = m_setsByBaseKey.find(DictionaryBuilder::baseKey(key));
+    const auto found = m_setsByBaseKey.find(key.withoutVersion());
     return found != m_setsByBaseKey.end() && found->second->kind() == MetaMetadataSet::Kind::Pack
                ? found->second
                : nullptr;

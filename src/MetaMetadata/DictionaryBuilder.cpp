@@ -1,5 +1,7 @@
 #include "MetaMetadata/DictionaryBuilder.h"
 
+#include "Utils/HexText.h"
+
 #include "Vellum/MetaMetadata/MetaCollectionElement.h"
 #include "Vellum/Utils/StringConversion.h"
 
@@ -27,11 +29,9 @@ std::string labelText(const Types::UniversalLabel& ul) {
 }
 
 std::string tagText(std::uint16_t tag) {
-    static constexpr char digits[] = "0123456789ABCDEF";
-    std::string out(4, '0');
-    for (int i = 3; i >= 0; --i, tag = static_cast<std::uint16_t>(tag >> 4U)) {
-        out[static_cast<std::size_t>(i)] = digits[tag & 0x0FU];
-    }
+    std::string out;
+    Utils::appendHexByte(out, static_cast<std::uint8_t>(tag >> 8U));
+    Utils::appendHexByte(out, static_cast<std::uint8_t>(tag));
     return out;
 }
 
@@ -119,12 +119,6 @@ void DictionaryBuilder::fail(unsigned line, const std::string& message) const {
     throwAtLine(m_parsed.sourceName(), line, message);
 }
 
-KLV::Key DictionaryBuilder::baseKey(const KLV::Key& key) noexcept {
-    KLV::Key::Bytes bytes = key.bytes();
-    bytes[7] = 0;
-    return KLV::Key(bytes);
-}
-
 Types::UniversalLabel DictionaryBuilder::baseLabel(const Types::UniversalLabel& ul) noexcept {
     Types::UniversalLabel::Bytes bytes = ul.bytes();
     bytes[7] = 0;
@@ -202,7 +196,7 @@ void DictionaryBuilder::checkKeys() {
         if (!record.key) {
             continue;
         }
-        const KLV::Key base = baseKey(*record.key);
+        const KLV::Key base = record.key->withoutVersion();
         const auto old = m_dictionary.m_setsByBaseKey.find(base);
         if (old != m_dictionary.m_setsByBaseKey.end()) {
             fail(record.line, "key " + record.key->toUtf8() + " of set " + text(record.name) +
@@ -564,7 +558,7 @@ void DictionaryBuilder::commit() {
     for (const NewSet* set : m_newSetOrder) {
         m_dictionary.m_setsByName.emplace(set->name, set->made);
         if (set->made->hasKey()) {
-            m_dictionary.m_setsByBaseKey.emplace(baseKey(set->made->key()), set->made);
+            m_dictionary.m_setsByBaseKey.emplace(set->made->key().withoutVersion(), set->made);
         }
     }
     // Merging moves the map nodes, so the staged sets keep their addresses.

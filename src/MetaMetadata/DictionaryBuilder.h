@@ -35,8 +35,6 @@ public:
     /// Checks and adds everything; throws InvalidFormat naming the source and line.
     void build();
 
-    /// `key` with byte 8 (the registry version) set to zero.
-    static KLV::Key baseKey(const KLV::Key& key) noexcept;
     /// `ul` with byte 8 (the registry version) set to zero.
     static Types::UniversalLabel baseLabel(const Types::UniversalLabel& ul) noexcept;
     /// Adds an element that has joined its set to the dictionary's label and tag indexes.

@@ -95,8 +95,7 @@ void DictionaryTableLoader::makeSet(std::size_t index) {
             sets.emplace(std::piecewise_construct, std::forward_as_tuple(key),
                          std::forward_as_tuple(std::move(definition), parent));
         if (!added ||
-            !m_dictionary.m_setsByBaseKey.emplace(DictionaryBuilder::baseKey(key), &entry->second)
-                 .second) {
+            !m_dictionary.m_setsByBaseKey.emplace(key.withoutVersion(), &entry->second).second) {
             fault("the key of set " + std::to_string(index) + " is listed twice");
         }
         made = &entry->second;

@@ -1,6 +1,7 @@
 #include "Vellum/Metadata/HeaderMetadataComparison.h"
 
 #include "Vellum/DataIO/Memory/MemoryDataSink.h"
+#include "Vellum/KLV/KeyClassification.h"
 #include "Vellum/MetaMetadata/Dictionary.h"
 #include "Vellum/MetaMetadata/MetaElement.h"
 #include "Vellum/MetaMetadata/MetaMetadataSet.h"
@@ -40,17 +41,6 @@ struct SetEntry {
     auto rank() const { return std::tie(withoutUID, id, occurrence); }
 };
 
-// The key of a set without instance UID as matched: version byte cleared, and a local set
-// coded with BER item lengths (0x13) taken as the usual coding (0x53).
-Label matchingKey(const KLV::Key& key) {
-    Label bytes = key.bytes();
-    bytes[7] = 0;
-    if (bytes[5] == 0x13) {
-        bytes[5] = 0x53;
-    }
-    return bytes;
-}
-
 // Sorts entries by identity, keeping the stored order of equal ones, and numbers those.
 template <class Entry>
 void sortAndNumber(std::vector<Entry>& entries) {
@@ -72,7 +62,7 @@ std::vector<SetEntry> setEntries(const PartitionMetadata& partition) {
             entry.id = uid->bytes();
         } else {
             entry.withoutUID = true;
-            entry.id = matchingKey(set->key());
+            entry.id = KLV::setIdentityKey(set->key()).bytes();
         }
         entries.push_back(entry);
     }

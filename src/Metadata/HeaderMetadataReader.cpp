@@ -67,13 +67,8 @@ void HeaderMetadataReader::read(DataIO::Slice bytes, std::uint64_t offset) {
 
 void HeaderMetadataReader::readSet(const KLV::Triplet& triplet, DataIO::Slice value) {
     const auto& dictionary = *m_partition.m_primer.dictionary();
-    // The dictionary names sets by their 2-byte-length coding; a set coded with BER item
-    // lengths (byte 6 is 0x13) is the same set.
-    auto lookupBytes = triplet.key.bytes();
-    if (lookupBytes[5] == 0x13) {
-        lookupBytes[5] = 0x53;
-    }
-    const MetaMetadata::MetaMetadataSet* definition = dictionary.findSet(KLV::Key(lookupBytes));
+    const MetaMetadata::MetaMetadataSet* definition =
+        dictionary.findSet(KLV::withTwoByteItemLengths(triplet.key));
     std::unique_ptr<MetadataSet> set;
     if (definition != nullptr) {
         set.reset(new MetadataSet(m_partition, triplet.key, definition));

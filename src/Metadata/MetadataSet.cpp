@@ -9,6 +9,7 @@
 #include "Vellum/Exceptions/InvalidLength.h"
 #include "Vellum/Exceptions/Throw.h"
 #include "Vellum/KLV/BERLength.h"
+#include "Vellum/KLV/KeyClassification.h"
 #include "Vellum/MetaMetadata/Dictionary.h"
 #include "Vellum/MetaMetadata/MetaAttribute.h"
 #include "Vellum/MetaMetadata/MetaElement.h"
@@ -59,7 +60,7 @@ MetadataSet::MetadataSet(PartitionMetadata& partition, const KLV::Key& key,
 MetadataSet::~MetadataSet() = default;
 
 bool MetadataSet::hasBERItemLengths() const noexcept {
-    return m_key[5] == 0x13;
+    return KLV::hasBERItemLengths(m_key);
 }
 
 void MetadataSet::createDefinedElements() {

@@ -25,21 +25,6 @@
 #include <utility>
 
 namespace Vellum::Metadata {
-namespace {
-
-// The key that `find` compares: registry version cleared, and the BER item-length coding of
-// a local set (0x13) taken as the usual one (0x53), since both name the same set.
-KLV::Key withoutVersion(const KLV::Key& key) {
-    auto bytes = key.bytes();
-    bytes[7] = 0;
-    if (bytes[5] == 0x13) {
-        bytes[5] = 0x53;
-    }
-    return KLV::Key(bytes);
-}
-
-} // namespace
-
 PartitionMetadata::PartitionMetadata(Templates::SharedPtr<MetaMetadata::Dictionary> dictionary)
     : m_primer(std::move(dictionary)) {}
 
@@ -75,7 +60,7 @@ MetadataSet* PartitionMetadata::adoptSet(std::unique_ptr<MetadataSet> set) {
     MetadataSet* raw = set.get();
     m_sets.push_back(std::move(set));
     m_setList.push_back(raw);
-    m_byKey[withoutVersion(raw->key())].push_back(raw);
+    m_byKey[KLV::setIdentityKey(raw->key())].push_back(raw);
     m_layout.push_back(LayoutEntry{raw, nullptr, 0});
     m_uidIndexValid = false;
     return raw;
@@ -94,7 +79,7 @@ void PartitionMetadata::addFill(DataIO::Slice bytes) {
 
 PartitionMetadata::SetList PartitionMetadata::find(const KLV::Key& key) const {
     SetList result;
-    const auto found = m_byKey.find(withoutVersion(key));
+    const auto found = m_byKey.find(KLV::setIdentityKey(key));
     if (found != m_byKey.end()) {
         result = found->second;
     }
@@ -145,13 +130,8 @@ MetadataSet* PartitionMetadata::createDarkParsedGroup(const KLV::Key& key, std::
 }
 
 MetadataSet* PartitionMetadata::copySet(const MetadataSet& source) {
-    // The dictionary names sets by their 2-byte-length coding (0x53); 0x13 is the same set.
-    auto lookup = source.key().bytes();
-    if (lookup[5] == 0x13) {
-        lookup[5] = 0x53;
-    }
     const MetaMetadata::MetaMetadataSet* definition =
-        m_primer.dictionary()->findSet(KLV::Key(lookup));
+        m_primer.dictionary()->findSet(KLV::withTwoByteItemLengths(source.key()));
     std::unique_ptr<MetadataSet> set(definition != nullptr
                                          ? new MetadataSet(*this, source.key(), definition)
                                          : new DarkParsedGroup(*this, source.key()));
@@ -173,7 +153,7 @@ MetadataSet* PartitionMetadata::copySet(const MetadataSet& source) {
 
 void PartitionMetadata::removeSet(const MetadataSet& set) {
     m_setList.erase(std::remove(m_setList.begin(), m_setList.end(), &set), m_setList.end());
-    if (const auto found = m_byKey.find(withoutVersion(set.key())); found != m_byKey.end()) {
+    if (const auto found = m_byKey.find(KLV::setIdentityKey(set.key())); found != m_byKey.end()) {
         SetList& sameKey = found->second;
         sameKey.erase(std::remove(sameKey.begin(), sameKey.end(), &set), sameKey.end());
         if (sameKey.empty()) {

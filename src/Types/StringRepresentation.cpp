@@ -1,5 +1,7 @@
 #include "Vellum/Types/StringRepresentation.h"
 
+#include "Utils/HexText.h"
+
 #include "Vellum/Exceptions/InvalidFormat.h"
 #include "Vellum/Exceptions/Throw.h"
 #include "Vellum/Utils/StringConversion.h"
@@ -8,21 +10,6 @@
 
 namespace Vellum::Types::StringRepresentation {
 namespace {
-
-constexpr char16_t hexDigits[] = u"0123456789ABCDEF";
-
-int hexValue(char16_t c) noexcept {
-    if (c >= u'0' && c <= u'9') {
-        return c - u'0';
-    }
-    if (c >= u'A' && c <= u'F') {
-        return c - u'A' + 10;
-    }
-    if (c >= u'a' && c <= u'f') {
-        return c - u'a' + 10;
-    }
-    return -1;
-}
 
 void checkEncoding(StringRepresentationEncodingType encoding) {
     if (encoding != DottedHex) {
@@ -41,15 +28,8 @@ void checkEncoding(StringRepresentationEncodingType encoding) {
 WString format(const std::uint8_t* bytes, std::size_t count,
                StringRepresentationEncodingType encoding) {
     checkEncoding(encoding);
-    WString out;
-    out.reserve(count * 3);
-    for (std::size_t i = 0; i < count; ++i) {
-        if (i != 0) {
-            out.push_back(u'.');
-        }
-        out.push_back(hexDigits[bytes[i] >> 4U]);
-        out.push_back(hexDigits[bytes[i] & 0x0FU]);
-    }
+    WString out(count == 0 ? 0 : count * 3 - 1, u'.');
+    Utils::writeDottedHex(bytes, count, out.data());
     return out;
 }
 
@@ -68,8 +48,8 @@ void parse(const WString& text, std::uint8_t* out, std::size_t count, const char
         if (i != 0 && text[at - 1] != u'.') {
             reject(text, what, "expected '.' at position " + std::to_string(at - 1));
         }
-        const int high = hexValue(text[at]);
-        const int low = hexValue(text[at + 1]);
+        const int high = Utils::hexDigitValue(text[at]);
+        const int low = Utils::hexDigitValue(text[at + 1]);
         if (high < 0 || low < 0) {
             reject(text, what,
                    "non-hexadecimal digit at position " + std::to_string(high < 0 ? at : at + 1));

@@ -1,5 +1,7 @@
 #include "Vellum/Types/ValueText.h"
 
+#include "Utils/HexText.h"
+
 #include "Vellum/Types/Array.h"
 #include "Vellum/Types/Batch.h"
 #include "Vellum/Types/Boolean.h"
@@ -43,8 +45,6 @@
 namespace Vellum::Types {
 namespace {
 
-constexpr char16_t hexDigits[] = u"0123456789ABCDEF";
-
 WString widen(const std::string& ascii) {
     return WString(ascii.begin(), ascii.end());
 }
@@ -86,13 +86,7 @@ WString ValueText::format(const BaseType& value) {
 }
 
 WString ValueText::hex(const std::uint8_t* bytes, std::size_t count) {
-    WString out;
-    out.reserve(count * 2);
-    for (std::size_t i = 0; i < count; ++i) {
-        out.push_back(hexDigits[bytes[i] >> 4U]);
-        out.push_back(hexDigits[bytes[i] & 0x0FU]);
-    }
-    return out;
+    return Utils::hexText(bytes, count);
 }
 
 void ValueText::appendDecimal(long long value) {
@@ -112,13 +106,12 @@ void ValueText::appendQuoted(const WString& text) {
             m_text += c;
         } else if (c < 0x20 || c == 0x7F) {
             m_text += u"\\x";
-            m_text += hexDigits[c >> 4U];
-            m_text += hexDigits[c & 0x0FU];
+            Utils::appendHexByte(m_text, static_cast<std::uint8_t>(c));
         } else if (isLoneSurrogate(text, i)) {
             // Shown as its code, since no character stands for it.
             m_text += u"\\u";
             for (unsigned shift = 16; shift != 0; shift -= 4) {
-                m_text += hexDigits[(c >> (shift - 4)) & 0x0FU];
+                m_text += Utils::hexDigit(c >> (shift - 4));
             }
         } else {
             m_text += c;

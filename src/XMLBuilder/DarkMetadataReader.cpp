@@ -1,5 +1,7 @@
 #include "Vellum/XMLBuilder/DarkMetadataReader.h"
 
+#include "Utils/HexText.h"
+
 #include "Vellum/Exceptions/BaseException.h"
 #include "Vellum/Exceptions/InvalidFormat.h"
 #include "Vellum/Exceptions/Throw.h"
@@ -30,10 +32,6 @@ std::u16string_view requiredAttribute(const XMLNode& element, const char16_t* qu
     return attribute->value;
 }
 
-bool isHexDigit(char16_t c) {
-    return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f') || (c >= u'A' && c <= u'F');
-}
-
 [[noreturn]] void rejectValue(std::u16string_view keyText, const char* problem, unsigned line) {
     throw Exceptions::InvalidFormat("DarkMetadataSet with key='" + Utils::wstringToString(keyText) +
                                         "' value " + problem,
@@ -53,7 +51,7 @@ void DarkMetadataReader::read(const XMLNode& element, Metadata::PartitionMetadat
         rejectValue(keyText, "has invalid Length", 89);
     }
     for (const char16_t c : text) {
-        if (!isHexDigit(c)) {
+        if (Utils::hexDigitValue(c) < 0) {
             rejectValue(keyText, "contains non Hexadecimal characters", 99);
         }
     }

@@ -1,6 +1,6 @@
 #include "XMLBuilder/DarkMetadataWriter.h"
 
-#include "XMLBuilder/ToXMLBaseTypeVisitor.h"
+#include "Utils/HexText.h"
 
 #include "Vellum/KLV/Key.h"
 #include "Vellum/Metadata/DarkMetadataSet.h"
@@ -29,7 +29,7 @@ void DarkMetadataWriter::writeDarkMetadataSet(const Metadata::DarkMetadataSet& d
                                               MarkupSink& sink, XMLNames& names, bool writesValue) {
     startDarkElement(sink, names, dark.key(), dark.berLength());
     if (const DataIO::Slice* value = dark.value(); value != nullptr && writesValue) {
-        sink.text(ToXMLBaseTypeVisitor::hexText(value->begin(), value->size()));
+        sink.text(Utils::hexText(value->begin(), value->size()));
     }
     sink.endElement();
 }

@@ -1,5 +1,7 @@
 #include "Vellum/XMLBuilder/FromXMLValueParser.h"
 
+#include "Utils/HexText.h"
+
 #include "Vellum/Exceptions/InvalidFormat.h"
 #include "Vellum/KLV/Value.h"
 #include "Vellum/Types/Boolean.h"
@@ -65,19 +67,6 @@ constexpr const char16_t* zeroSourcePack = u".00.00.00.00.00.00.00.00.00.00.00.0
 
 bool isBlank(char16_t c) {
     return c == u' ' || c == u'\t' || c == u'\n' || c == u'\v' || c == u'\f' || c == u'\r';
-}
-
-int hexDigit(char16_t c) {
-    if (c >= u'0' && c <= u'9') {
-        return c - u'0';
-    }
-    if (c >= u'a' && c <= u'f') {
-        return c - u'a' + 10;
-    }
-    if (c >= u'A' && c <= u'F') {
-        return c - u'A' + 10;
-    }
-    return -1;
 }
 
 /// The child elements of one compound value, with the prefix of its parts resolved once
@@ -423,8 +412,8 @@ std::vector<std::uint8_t> FromXMLValueParser::readHex(std::u16string_view text) 
     std::vector<std::uint8_t> bytes;
     bytes.reserve(text.size() / 2);
     for (std::size_t i = 0; i < text.size(); i += 2) {
-        const int high = hexDigit(text[i]);
-        const int low = hexDigit(text[i + 1]);
+        const int high = Utils::hexDigitValue(text[i]);
+        const int low = Utils::hexDigitValue(text[i + 1]);
         if (high < 0 || low < 0) {
             throw Exceptions::InvalidFormat(
                 std::string("Value contains non Hexadecimal characters"), sourceName, 117);

@@ -1,5 +1,6 @@
 #include "XMLBuilder/StoredBytes.h"
 
+#include "Utils/HexText.h"
 #include "XMLBuilder/MarkupSink.h"
 #include "XMLBuilder/ToXMLBaseTypeVisitor.h"
 
@@ -176,7 +177,7 @@ WString StoredBytes::emptyCollection(const Metadata::Element& collection,
     if (stored == imported) {
         return {};
     }
-    return ToXMLBaseTypeVisitor::hexText(stored.data(), stored.size());
+    return Utils::hexText(stored.data(), stored.size());
 }
 
 } // namespace Vellum::XMLBuilder

@@ -1,5 +1,7 @@
 #include "XMLBuilder/StoredBytesReader.h"
 
+#include "Utils/HexText.h"
+
 #include "Vellum/DataIO/Slice.h"
 #include "Vellum/Exceptions/BaseException.h"
 #include "Vellum/Types/Array.h"
@@ -167,10 +169,8 @@ private:
     }
 
     void hex(const std::vector<std::uint8_t>& bytes) {
-        static constexpr char16_t digits[] = u"0123456789ABCDEF";
         for (const std::uint8_t byte : bytes) {
-            m_text.push_back(digits[byte >> 4U]);
-            m_text.push_back(digits[byte & 0x0FU]);
+            Utils::appendHexByte(m_text, byte);
         }
     }
 

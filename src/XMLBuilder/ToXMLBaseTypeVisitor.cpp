@@ -1,5 +1,7 @@
 #include "XMLBuilder/ToXMLBaseTypeVisitor.h"
 
+#include "Utils/HexText.h"
+
 #include "Vellum/Types/Array.h"
 #include "Vellum/Types/Batch.h"
 #include "Vellum/Types/Boolean.h"
@@ -107,8 +109,6 @@ constexpr std::array<QualifiedName, NameCount> names = {{
 // The number of components an RGBA layout writes, whatever its slots hold.
 constexpr std::size_t rgbaComponentsWritten = 5;
 
-constexpr char16_t hexDigits[] = u"0123456789ABCDEF";
-
 /// Whether XML 1.0 holds every character of `text` (tab, LF, CR, U+0020..U+D7FF,
 /// U+E000..U+FFFD and paired surrogates).
 bool fitsXML(std::u16string_view text) {
@@ -130,19 +130,6 @@ bool fitsXML(std::u16string_view text) {
     return true;
 }
 
-/// The dotted hexadecimal form of identifiers ("06.0E.2B..."), into `out` (3 units a byte).
-std::u16string_view dottedHex(const std::uint8_t* bytes, std::size_t count, char16_t* out) {
-    std::size_t at = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-        if (i != 0) {
-            out[at++] = u'.';
-        }
-        out[at++] = hexDigits[bytes[i] >> 4U];
-        out[at++] = hexDigits[bytes[i] & 0x0FU];
-    }
-    return std::u16string_view(out, at);
-}
-
 /// The attribute text of identifiers, into a buffer; nothing for other values.
 class AttributeText : public Types::Visitors::NullVisitor {
 public:
@@ -151,18 +138,18 @@ public:
 
     using NullVisitor::visit;
     void visit(const Types::StrongReference& value) override {
-        text = dottedHex(value.uuid().data(), Types::UUID::byteCount, m_buffer);
+        text = Utils::writeDottedHex(value.uuid().data(), Types::UUID::byteCount, m_buffer);
     }
     void visit(const Types::WeakReference& value) override {
-        text = dottedHex(value.uuid().data(), Types::UUID::byteCount, m_buffer);
+        text = Utils::writeDottedHex(value.uuid().data(), Types::UUID::byteCount, m_buffer);
     }
     void visit(const Types::UUID& value) override {
-        text = dottedHex(value.data(), Types::UUID::byteCount, m_buffer);
+        text = Utils::writeDottedHex(value.data(), Types::UUID::byteCount, m_buffer);
     }
     // A label is written as an attribute too: the dictionary may type an identity element
     // (such as GenerationUID) as a label.
     void visit(const Types::UniversalLabel& value) override {
-        text = dottedHex(value.data(), Types::UniversalLabel::byteCount, m_buffer);
+        text = Utils::writeDottedHex(value.data(), Types::UniversalLabel::byteCount, m_buffer);
     }
 
     std::u16string_view text;
@@ -174,16 +161,6 @@ private:
 } // namespace
 
 ToXMLBaseTypeVisitor::~ToXMLBaseTypeVisitor() = default;
-
-WString ToXMLBaseTypeVisitor::hexText(const std::uint8_t* bytes, std::size_t count) {
-    WString out;
-    out.reserve(count * 2);
-    for (std::size_t i = 0; i < count; ++i) {
-        out.push_back(hexDigits[bytes[i] >> 4U]);
-        out.push_back(hexDigits[bytes[i] & 0x0FU]);
-    }
-    return out;
-}
 
 WString ToXMLBaseTypeVisitor::xmlCharacters(std::u16string_view text) {
     WString out(text);
@@ -237,12 +214,12 @@ void ToXMLBaseTypeVisitor::decimal(std::uint64_t value, bool negative) {
 }
 
 void ToXMLBaseTypeVisitor::hex(const std::vector<std::uint8_t>& bytes) {
-    m_sink.text(hexText(bytes.data(), bytes.size()));
+    m_sink.text(Utils::hexText(bytes.data(), bytes.size()));
 }
 
 void ToXMLBaseTypeVisitor::identifier(const std::uint8_t* bytes, std::size_t count) {
     char16_t text[64 * 3];
-    m_sink.text(dottedHex(bytes, count, text));
+    m_sink.text(Utils::writeDottedHex(bytes, count, text));
 }
 
 void ToXMLBaseTypeVisitor::start(std::size_t name) {

@@ -62,9 +62,6 @@ public:
     void visit(const Types::Batch& value) override;
     void visit(const Types::Array& value) override;
 
-    /// Two upper-case hexadecimal digits a byte, no separators ("0A1B").
-    static WString hexText(const std::uint8_t* bytes, std::size_t count);
-
     /// `text` with every character XML 1.0 cannot hold (control characters other than tab,
     /// LF and CR, unpaired surrogates, U+FFFE, U+FFFF) replaced by U+FFFD.
     static WString xmlCharacters(std::u16string_view text);

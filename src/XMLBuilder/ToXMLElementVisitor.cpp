@@ -1,5 +1,6 @@
 #include "XMLBuilder/ToXMLElementVisitor.h"
 
+#include "Utils/HexText.h"
 #include "XMLBuilder/StoredBytes.h"
 #include "XMLBuilder/ToXMLBaseTypeVisitor.h"
 #include "XMLBuilder/ToXMLMetadataSetVisitor.h"
@@ -98,7 +99,7 @@ void ToXMLElementVisitor::writeValue(const Types::SimpleDataType& value,
         if (m_context.writesValues) {
             const std::vector<std::uint8_t> stored = value.rawBuffer();
             m_sink.attribute(Vocabulary::groupsNamespace, Vocabulary::storedBytes,
-                             ToXMLBaseTypeVisitor::hexText(stored.data(), stored.size()));
+                             Utils::hexText(stored.data(), stored.size()));
         }
     }
     if (m_context.writesValues) {

@@ -45,6 +45,30 @@ INSTANTIATE_TEST_SUITE_P(Keys, Classification, ::testing::Values(
     KeyCase{"essenceElement", u"06.0E.2B.34.01.02.01.01.0D.01.03.01.15.01.05.01", false, false, false, false, false, false},
     KeyCase{"notSMPTE", u"00.00.00.00.02.53.01.01.0D.01.01.01.01.01.2F.00", false, false, false, false, false, false}),
     [](const auto& p) { return p.param.name; });
+
+struct SetKeyCase {
+    const char16_t* text;
+    const char16_t* withTwoByteItemLengths;
+    const char16_t* setIdentity;
+    bool berItemLengths;
+};
+
+class SetKey : public ::testing::TestWithParam<SetKeyCase> {};
+
+// Only byte 6 0x13 is rewritten (to 0x53); the identity also clears byte 8, the version.
+TEST_P(SetKey, NamesTheSameSetInEitherCodingAndVersion) {
+    const auto& c = GetParam();
+    const Key k = key(c.text);
+    EXPECT_EQ(Vellum::KLV::hasBERItemLengths(k), c.berItemLengths);
+    EXPECT_EQ(Vellum::KLV::withTwoByteItemLengths(k), key(c.withTwoByteItemLengths));
+    EXPECT_EQ(Vellum::KLV::setIdentityKey(k), key(c.setIdentity));
+}
+
+INSTANTIATE_TEST_SUITE_P(Keys, SetKey, ::testing::Values(
+    SetKeyCase{u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.2F.00", u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.2F.00", u"06.0E.2B.34.02.53.01.00.0D.01.01.01.01.01.2F.00", false},
+    SetKeyCase{u"06.0E.2B.34.02.13.01.05.0D.01.01.01.01.01.28.00", u"06.0E.2B.34.02.53.01.05.0D.01.01.01.01.01.28.00", u"06.0E.2B.34.02.53.01.00.0D.01.01.01.01.01.28.00", true},
+    SetKeyCase{u"06.0E.2B.34.02.05.01.01.0D.01.02.01.01.05.01.00", u"06.0E.2B.34.02.05.01.01.0D.01.02.01.01.05.01.00", u"06.0E.2B.34.02.05.01.00.0D.01.02.01.01.05.01.00", false},
+    SetKeyCase{u"00.00.00.00.00.13.00.7F.00.00.00.00.00.00.00.00", u"00.00.00.00.00.53.00.7F.00.00.00.00.00.00.00.00", u"00.00.00.00.00.53.00.00.00.00.00.00.00.00.00.00", true}));
 // clang-format on
 
 } // namespace

@@ -77,6 +77,10 @@ TEST(Key, VersionByteCanBeIgnored) {
     EXPECT_TRUE(v1.equalsIgnoringVersion(v5));
     const Key other(u"06.0E.2B.34.01.01.01.01.01.01.15.03.00.00.00.00", DottedHex);
     EXPECT_FALSE(v1.equalsIgnoringVersion(other));
+    EXPECT_EQ(v5.withoutVersion(),
+              Key(u"06.0E.2B.34.01.01.01.00.01.01.15.02.00.00.00.00", DottedHex));
+    EXPECT_EQ(v1.withoutVersion(), v5.withoutVersion());
+    EXPECT_NE(v1.withoutVersion(), other.withoutVersion());
 }
 
 TEST(Key, BytesRoundTripAndShortInputs) {

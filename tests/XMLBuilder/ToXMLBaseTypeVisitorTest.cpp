@@ -179,10 +179,4 @@ TEST(ToXMLBaseTypeVisitor, AttributeTextIsForIdentifiersOnly) {
               u"00.11.22.33.44.55.66.77.88.99.AA.BB.CC.DD.EE.FF");
 }
 
-TEST(ToXMLBaseTypeVisitor, HexTextIsUpperCaseWithoutSeparators) {
-    const std::uint8_t bytes[] = {0x0A, 0xFF, 0x00};
-    EXPECT_EQ(XMLBuilder::ToXMLBaseTypeVisitor::hexText(bytes, 3), u"0AFF00");
-    EXPECT_EQ(XMLBuilder::ToXMLBaseTypeVisitor::hexText(bytes, 0), u"");
-}
-
 } // namespace

@@ -48,6 +48,13 @@ public:
     bool isSMPTELabel() const noexcept;
     /// Equality that ignores byte 8, the registry version, which writers do not agree on.
     bool equalsIgnoringVersion(const Key& other) const noexcept;
+    /// The key with byte 8, the registry version, cleared: keys that differ only in their
+    /// version give the same result.
+    constexpr Key withoutVersion() const noexcept {
+        Bytes bytes = m_bytes;
+        bytes[7] = 0;
+        return Key(bytes);
+    }
 
     friend bool operator==(const Key& a, const Key& b) noexcept { return a.m_bytes == b.m_bytes; }
     friend bool operator!=(const Key& a, const Key& b) noexcept { return a.m_bytes != b.m_bytes; }
