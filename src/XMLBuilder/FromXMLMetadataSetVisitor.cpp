@@ -3,10 +3,12 @@
 #include "Vellum/Exceptions/ParseError.h"
 #include "Vellum/Exceptions/Throw.h"
 #include "Vellum/MetaMetadata/AbstractMetaAttribute.h"
+#include "Vellum/MetaMetadata/Dictionary.h"
 #include "Vellum/MetaMetadata/MetaElement.h"
 #include "Vellum/MetaMetadata/MisplacedAttribute.h"
 #include "Vellum/MetaMetadata/UnknownAttribute.h"
 #include "Vellum/Metadata/MetadataSet.h"
+#include "Vellum/Metadata/PartitionDictionary.h"
 #include "Vellum/Metadata/PartitionMetadata.h"
 #include "Vellum/Metadata/SimpleElement.h"
 #include "Vellum/Metadata/Structural/StructuralMetadataULs.h"
@@ -197,6 +199,16 @@ void FromXMLMetadataSetVisitor::readExtensionElement(Metadata::MetadataSet& set,
     if (meta == nullptr) {
         readUnknownElement(set, node);
         return;
+    }
+    // The export gives the label of a misplaced element whose name the dictionary gives to
+    // another element first.
+    const WString labelText = attributeText(node, Vocabulary::universalLabel);
+    if (!labelText.empty()) {
+        const auto* labelled = m_partition.partitionDictionary().dictionary()->findElement(
+            Types::UniversalLabel(labelText, Types::DottedHex));
+        if (labelled != nullptr) {
+            meta = labelled;
+        }
     }
     Metadata::Element* element =
         set.createInvalidElement(std::make_shared<MetaMetadata::MisplacedAttribute>(*meta));

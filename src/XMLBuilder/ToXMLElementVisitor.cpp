@@ -70,6 +70,14 @@ const WString& ToXMLElementVisitor::startProperty(const XMLNames::Item& item,
     }
     m_sink.startElement(space, name.qualifiedName);
     if (item.meta != nullptr) {
+        // A misplaced element whose name the dictionary gives to another element first keeps
+        // its label, so that the import reads it as this one.
+        if (item.extension() &&
+            m_context.names.namesAnother(*item.meta,
+                                         *m_context.partition.partitionDictionary().dictionary())) {
+            m_sink.attribute(namespaces.namespaceOf(Vocabulary::groupsPrefix),
+                             Vocabulary::universalLabel, item.meta->ul().toString());
+        }
         return space;
     }
     // An unknown element is identified by its local tag and the label the primer gives it.

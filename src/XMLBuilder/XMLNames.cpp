@@ -2,6 +2,7 @@
 
 #include "Vellum/Exceptions/Throw.h"
 #include "Vellum/MetaMetadata/AbstractMetaAttribute.h"
+#include "Vellum/MetaMetadata/Dictionary.h"
 #include "Vellum/MetaMetadata/MetaAttribute.h"
 #include "Vellum/MetaMetadata/MetaElement.h"
 #include "Vellum/MetaMetadata/MetaMetadataSet.h"
@@ -179,6 +180,29 @@ const XMLNames::Item& XMLNames::item(const Metadata::Element& element) {
              defined->requiredStatus() == MetaMetadata::AttributeRequiredStatus::Optional);
     }
     return *slot;
+}
+
+bool XMLNames::namesAnother(const MetaMetadata::MetaElement& meta,
+                            const MetaMetadata::Dictionary& dictionary) {
+    if (const auto found = m_namesAnother.find(&meta); found != m_namesAnother.end()) {
+        return found->second;
+    }
+    // The first element in the dictionary's order with this name is the one the import finds.
+    const WString* space = meta.property(namespaceProperty());
+    const WString* tag = meta.property(tagNameProperty());
+    bool another = false;
+    if (space != nullptr && tag != nullptr) {
+        for (auto it = dictionary.metaElementBegin(); it != dictionary.metaElementEnd(); ++it) {
+            const WString* otherSpace = it->second->property(namespaceProperty());
+            const WString* otherTag = it->second->property(tagNameProperty());
+            if (otherSpace != nullptr && otherTag != nullptr && *otherSpace == *space &&
+                *otherTag == *tag) {
+                another = it->second != &meta;
+                break;
+            }
+        }
+    }
+    return m_namesAnother.emplace(&meta, another).first->second;
 }
 
 const XMLNames::Plan& XMLNames::plan(const Metadata::MetadataSet& set) {

@@ -16,6 +16,7 @@
 
 namespace Vellum::MetaMetadata {
 class AbstractMetaAttribute;
+class Dictionary;
 class MetaElement;
 class MetaMetadataSet;
 } // namespace Vellum::MetaMetadata
@@ -121,6 +122,10 @@ public:
     const ElementName& name(const Item& item);
     /// Whether `name(item)` would now give an identity name (nothing is entered).
     bool wouldBeIdentity(const Item& item) const;
+    /// Whether the namespace and tag name of `meta` name another element of `dictionary`
+    /// first: the import, which finds an element by its name, would then read it as that one.
+    bool namesAnother(const MetaMetadata::MetaElement& meta,
+                      const MetaMetadata::Dictionary& dictionary);
 
     /// The namespaces of the child elements of compound values ("types", "s422mTypes"),
     /// each entered unless its prefix is bound already.
@@ -145,6 +150,7 @@ private:
     std::unordered_map<const MetaMetadata::AbstractMetaAttribute*, std::unique_ptr<Item>> m_items;
     std::unordered_map<const MetaMetadata::MetaElement*, std::unique_ptr<ElementName>> m_names;
     std::unordered_map<const MetaMetadata::MetaMetadataSet*, std::unique_ptr<Plan>> m_plans;
+    std::unordered_map<const MetaMetadata::MetaElement*, bool> m_namesAnother;
     const MetaMetadata::MetaMetadataSet* m_lastSet = nullptr; ///< of the last set() answer
     SetName* m_lastSetName = nullptr;
     const MetaMetadata::MetaMetadataSet* m_lastPlanned = nullptr; ///< of the last plan() answer
