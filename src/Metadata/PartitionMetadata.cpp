@@ -103,11 +103,12 @@ PartitionMetadata::findByInstanceUID(const Types::UUID& uuid) const {
 }
 
 MetadataSet* PartitionMetadata::createMetadataSet(const KLV::Key& key) {
-    const MetaMetadata::MetaMetadataSet* definition = m_primer.dictionary()->findSet(key);
+    const MetaMetadata::MetaMetadataSet* definition =
+        m_primer.dictionary()->findSet(KLV::withTwoByteItemLengths(key));
     if (definition == nullptr) {
         VELLUM_THROW(InvalidFormat, "the dictionary has no local set with key " + key.toUtf8());
     }
-    std::unique_ptr<MetadataSet> set(new MetadataSet(*this, definition->key(), definition));
+    std::unique_ptr<MetadataSet> set(new MetadataSet(*this, key, definition));
     set->createDefinedElements();
     if (auto* uid = dynamic_cast<SimpleElement*>(set->m_instanceUID)) {
         uid->set(std::make_unique<Types::UUID>(

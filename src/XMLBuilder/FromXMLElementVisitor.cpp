@@ -213,7 +213,8 @@ Metadata::MetadataSet* FromXMLElementVisitor::readInlineSet(const XMLNode& child
                                      Utils::stringToWstring(decimal(maximumInlineDepth)) +
                                      u" levels deep at " + child.qualifiedName());
     }
-    Metadata::MetadataSet* set = m_partition.createMetadataSet(definition->key());
+    Metadata::MetadataSet* set =
+        m_partition.createMetadataSet(m_tables.setKeyOf(child, *definition));
     FromXMLMetadataSetVisitor reader(child, m_partition, m_tables, m_depth + 1);
     set->accept(reader);
     return set;

@@ -1,5 +1,10 @@
 #include "Vellum/XMLBuilder/ImportTables.h"
 
+#include "Vellum/Exceptions/BaseException.h"
+#include "Vellum/Exceptions/ParseError.h"
+#include "Vellum/Exceptions/Throw.h"
+#include "Vellum/KLV/Key.h"
+#include "Vellum/KLV/KeyClassification.h"
 #include "Vellum/MetaMetadata/AbstractMetaAttribute.h"
 #include "Vellum/MetaMetadata/Dictionary.h"
 #include "Vellum/MetaMetadata/MetaElement.h"
@@ -50,6 +55,27 @@ ImportTables::~ImportTables() = default;
 const MetaMetadata::MetaMetadataSet* ImportTables::setNamed(std::u16string_view localName) const {
     const auto found = m_setTags.find(localName);
     return found != m_setTags.end() ? found->second : nullptr;
+}
+
+KLV::Key ImportTables::setKeyOf(const XMLNode& element,
+                                const MetaMetadata::MetaMetadataSet& definition) const {
+    const XMLAttribute* text = element.attribute(Vocabulary::key);
+    if (text == nullptr) {
+        return definition.key();
+    }
+    KLV::Key key = definition.key();
+    try {
+        key = KLV::Key(WString(text->value), Types::DottedHex);
+    } catch (const Exceptions::BaseException& e) {
+        VELLUM_THROW(ParseError, u"the " + WString(Vocabulary::key) + u" of " +
+                                     element.qualifiedName() + u" is not a key: " + e.message());
+    }
+    if (m_dictionary.findSet(KLV::withTwoByteItemLengths(key)) != &definition) {
+        VELLUM_THROW(ParseError, u"the " + WString(Vocabulary::key) + u" " + key.toString() +
+                                     u" of " + element.qualifiedName() +
+                                     u" is not a key of that set");
+    }
+    return key;
 }
 
 const MetaMetadata::MetaMetadataSet* ImportTables::setNamed(const XMLName& name) {

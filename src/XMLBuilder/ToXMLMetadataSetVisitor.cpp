@@ -3,6 +3,7 @@
 #include "XMLBuilder/DarkMetadataWriter.h"
 #include "XMLBuilder/ToXMLBaseTypeVisitor.h"
 
+#include "Vellum/MetaMetadata/MetaMetadataSet.h"
 #include "Vellum/Metadata/DarkParsedGroup.h"
 #include "Vellum/Metadata/MetadataSet.h"
 #include "Vellum/Metadata/SimpleElement.h"
@@ -67,6 +68,13 @@ void ToXMLMetadataSetVisitor::write(const Metadata::MetadataSet& set, MarkupSink
         }
         m_context.names.enter(name);
         sink.startElement(name.namespaceName, name.qualifiedName);
+        if (set.key() != definition->key()) {
+            // Stored under another form of its definition's key (version byte, item length
+            // coding): the import makes it under that key again.
+            m_context.names.enterGroups();
+            sink.attribute(m_context.namespaces().namespaceOf(Vocabulary::groupsPrefix),
+                           Vocabulary::key, set.key().toString());
+        }
         writeElements(set, sink, targets);
         sink.endElement();
     } else if (dynamic_cast<const Metadata::DarkParsedGroup*>(&set) != nullptr) {

@@ -80,7 +80,8 @@ private:
     /// Makes the set `definition` describes, lists it before reading it (so that a set whose
     /// reading fails is still in the partition), and reads it from `element`.
     void readSet(const XMLNode& element, const MetaMetadata::MetaMetadataSet& definition) {
-        Metadata::MetadataSet* set = m_partition.createMetadataSet(definition.key());
+        Metadata::MetadataSet* set =
+            m_partition.createMetadataSet(m_tables.setKeyOf(element, definition));
         m_result.push_back(set);
         XMLBuilder::FromXMLMetadataSetVisitor reader(element, m_partition, m_tables);
         set->accept(reader);

@@ -183,6 +183,14 @@ const FailureCase failureCases[] = {
          "<s377m:Preface><groups:ExtensionElements><groups:DarkElement>00</groups:DarkElement>"
          "</groups:ExtensionElements></s377m:Preface>"),
      "ParseError", "the extension element groups:DarkElement has neither"},
+    {"SetKeyOfAnotherSet",
+     VellumTest::document(
+         R"(<s377m:Preface groups:Key="06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.30.00"/>)"),
+     "ParseError",
+     "the groups:Key 06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.30.00 of s377m:Preface is not a "
+     "key of that set"},
+    {"SetKeyNotAKey", VellumTest::document(R"(<s377m:Preface groups:Key="06.0E"/>)"), "ParseError",
+     "the groups:Key of s377m:Preface is not a key: "},
     {"DarkSetWithoutKey",
      VellumTest::document(
          R"(<groups:FloatingDarkMetadata><groups:DarkMetadata groups:BEROctetCount="4"/>)"

@@ -91,8 +91,9 @@ public:
     void dropTrailingFill();
 
     /// A new set, owned by the partition, with every element its definition lists and a new
-    /// instance identifier. Throws InvalidFormat when the dictionary has no local set for
-    /// `key`.
+    /// instance identifier, under `key` as given (which may differ from its definition's in the
+    /// version byte or the item length coding). Throws InvalidFormat when the dictionary has no
+    /// local set for `key`.
     MetadataSet* createMetadataSet(const KLV::Key& key);
     /// Takes ownership of `dark`. Throws InvalidFormat for a null pointer.
     void addDarkMetadataSet(Templates::auto_ptr<DarkMetadataSet> dark);

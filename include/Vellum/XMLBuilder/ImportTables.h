@@ -12,6 +12,10 @@
 #include <unordered_map>
 #include <vector>
 
+namespace Vellum::KLV {
+class Key;
+} // namespace Vellum::KLV
+
 namespace Vellum::Types {
 class UniversalLabel;
 } // namespace Vellum::Types
@@ -30,6 +34,7 @@ class MetadataSet;
 namespace Vellum::XMLBuilder {
 
 struct XMLName;
+class XMLNode;
 
 /// What one import shares among all its readers: the dictionary's sets by XML name, the
 /// reference names of the document, and the lookups of element definitions, made on first
@@ -52,6 +57,11 @@ public:
     const MetaMetadata::MetaMetadataSet* setNamed(std::u16string_view localName) const;
     /// The same for the local name of `name`, remembered per name.
     const MetaMetadata::MetaMetadataSet* setNamed(const XMLName& name);
+    /// The key to make the set `element` describes under: its "groups:Key" (a set stored under
+    /// another form of its definition's key), else the key of `definition`. Throws ParseError
+    /// when "groups:Key" is not a key text or is not a key of `definition`.
+    KLV::Key setKeyOf(const XMLNode& element,
+                      const MetaMetadata::MetaMetadataSet& definition) const;
 
     /// The element definition whose "XMLNamespaceURI" is `namespaceURI` and whose
     /// "XMLTagName" is `tagName`; where two share them, the first in label order; nullptr for
