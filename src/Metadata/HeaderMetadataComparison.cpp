@@ -38,14 +38,16 @@ struct SetEntry {
     const MetadataSet* set = nullptr;
 
     auto identity() const { return std::tie(withoutUID, id); }
+    auto order() const { return identity(); }
     auto rank() const { return std::tie(withoutUID, id, occurrence); }
 };
 
-// Sorts entries by identity, keeping the stored order of equal ones, and numbers those.
+// Sorts entries by identity (and, among equal ones, by `order`, else in stored order) and
+// numbers the entries of each identity.
 template <class Entry>
 void sortAndNumber(std::vector<Entry>& entries) {
     std::stable_sort(entries.begin(), entries.end(),
-                     [](const Entry& a, const Entry& b) { return a.identity() < b.identity(); });
+                     [](const Entry& a, const Entry& b) { return a.order() < b.order(); });
     for (std::size_t i = 0; i < entries.size(); ++i) {
         const bool repeat = i != 0 && entries[i - 1].identity() == entries[i].identity();
         entries[i].occurrence = repeat ? entries[i - 1].occurrence + 1 : 1;
@@ -74,12 +76,17 @@ std::vector<SetEntry> setEntries(const PartitionMetadata& partition) {
 struct ItemEntry {
     bool byTag = false; // items known by their local tag only come last
     Label id{};         // the label (version byte cleared), or the local tag in bytes 0-1
+    Label exact{};      // the label as it is
     unsigned occurrence = 0;
     const Element* element = nullptr;
     const Types::UniversalLabel* ul = nullptr; // as the dictionary or the primer gives it
     Bytes bytes;
 
     auto identity() const { return std::tie(byTag, id); }
+    // Items that share a label (or differ only in its version byte) pair up by their exact
+    // labels and then their bytes, not by the order they were stored or made in: a set may
+    // hold the same item twice, and an import makes its items in another order.
+    auto order() const { return std::tie(byTag, id, exact, bytes); }
     auto rank() const { return std::tie(byTag, id, occurrence); }
 };
 
@@ -124,6 +131,7 @@ std::vector<ItemEntry> itemEntries(const MetadataSet& set) {
         entry.ul = ul;
         if (ul != nullptr) {
             entry.id = ul->bytes();
+            entry.exact = entry.id;
             entry.id[7] = 0;
         } else {
             entry.byTag = true;
