@@ -24,8 +24,10 @@ constexpr std::size_t tablesOffset = roundedTo(sizeof(ElementBlock), alignof(Ele
 
 std::unique_ptr<ElementBlock>
 ElementBlock::make(MetadataSet& owner, const std::vector<const MetaMetadata::MetaElement*>& metas) {
-    const std::size_t header =
-        roundedTo(tablesOffset + 2 * metas.size() * sizeof(Element*), elementAlignment());
+    // Two tables of element pointers (the size of a pointer is meant), then the elements.
+    // NOLINTNEXTLINE(bugprone-sizeof-expression)
+    const std::size_t tables = 2 * metas.size() * sizeof(Element*);
+    const std::size_t header = roundedTo(tablesOffset + tables, elementAlignment());
     std::size_t total = header;
     for (const MetaMetadata::MetaElement* meta : metas) {
         total += elementSize(elementKindOf(meta));
