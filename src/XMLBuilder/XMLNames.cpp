@@ -6,6 +6,7 @@
 #include "Vellum/MetaMetadata/MetaAttribute.h"
 #include "Vellum/MetaMetadata/MetaElement.h"
 #include "Vellum/MetaMetadata/MetaMetadataSet.h"
+#include "Vellum/MetaMetadata/MisplacedAttribute.h"
 #include "Vellum/Metadata/Element.h"
 #include "Vellum/Metadata/MetadataSet.h"
 #include "Vellum/XMLBuilder/Vocabulary.h"
@@ -174,10 +175,13 @@ const XMLNames::Item& XMLNames::item(const Metadata::Element& element) {
                                 tag == Vocabulary::generationUIDLocalName;
         }
         const auto* defined = dynamic_cast<const MetaMetadata::MetaAttribute*>(attribute);
+        // A misplaced element holds a value only when it was read (or imported): an empty
+        // collection there was stored, and is written so that it comes back.
         slot->writesEmptyCollection =
-            defined != nullptr &&
-            (defined->requiredStatus() == MetaMetadata::AttributeRequiredStatus::Required ||
-             defined->requiredStatus() == MetaMetadata::AttributeRequiredStatus::Optional);
+            dynamic_cast<const MetaMetadata::MisplacedAttribute*>(attribute) != nullptr ||
+            (defined != nullptr &&
+             (defined->requiredStatus() == MetaMetadata::AttributeRequiredStatus::Required ||
+              defined->requiredStatus() == MetaMetadata::AttributeRequiredStatus::Optional));
     }
     return *slot;
 }
