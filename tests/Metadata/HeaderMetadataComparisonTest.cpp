@@ -58,14 +58,6 @@ Bytes uidBytes(std::uint32_t number) {
     return out;
 }
 
-Bytes utf16(const std::u16string& text) {
-    Bytes out;
-    for (const char16_t c : text) {
-        put(out, c, 2);
-    }
-    return out;
-}
-
 Bytes build(const Layout& layout) {
     const std::uint16_t companyTag = layout.dynamicCompanyTag ? 0x8001 : 0x3C01;
     Bytes out =

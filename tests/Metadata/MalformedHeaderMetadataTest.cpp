@@ -37,14 +37,6 @@ TEST_P(MalformedHeaderMetadata, IsRefusedNamingWhereAndWhat) {
     }
 }
 
-Bytes concat(std::initializer_list<Bytes> parts) {
-    Bytes out;
-    for (const auto& p : parts) {
-        append(out, p);
-    }
-    return out;
-}
-
 Bytes primerWithOddLength() {
     Bytes value;
     put(value, 1, 4);

@@ -21,49 +21,6 @@ using namespace VellumTest;
 using Vellum::Metadata::HeaderMetadataComparison;
 using Vellum::Metadata::PartitionMetadata;
 
-const Bytes privateSetKey = {0x06, 0x0E, 0x2B, 0x34, 0x02, 0x53, 0x01, 0x01,
-                             0x0E, 0x77, 0x01, 0x01, 0x01, 0x01, 0x01, 0x00};
-const Bytes privateLabel = {0x06, 0x0E, 0x2B, 0x34, 0x01, 0x01, 0x01, 0x01,
-                            0x0E, 0x77, 0x01, 0x01, 0x01, 0x01, 0x02, 0x00};
-
-Bytes utf16(const std::u16string& text) {
-    Bytes out;
-    for (const char16_t c : text) {
-        put(out, c, 2);
-    }
-    return out;
-}
-
-Bytes concat(std::initializer_list<Bytes> parts) {
-    Bytes out;
-    for (const auto& part : parts) {
-        append(out, part);
-    }
-    return out;
-}
-
-Bytes batchOf(std::initializer_list<Bytes> items, std::uint32_t itemSize) {
-    Bytes out;
-    put(out, items.size(), 4);
-    put(out, itemSize, 4);
-    for (const auto& item : items) {
-        append(out, item);
-    }
-    return out;
-}
-
-// A primer, a Preface with `prefaceItems`, then `rest`.
-Bytes header(const Bytes& prefaceItems, const Bytes& rest) {
-    Bytes out = primer({{0x3C0A, instanceUIDLabel}, {0x8001, privateLabel}});
-    append(out, klv(prefaceKey, concat({item(0x3C0A, uuid(0x11)), prefaceItems})));
-    append(out, rest);
-    return out;
-}
-
-Bytes identification(std::uint8_t id, const Bytes& items) {
-    return klv(identificationKey, concat({item(0x3C0A, uuid(id)), items}));
-}
-
 Bytes identifications(std::initializer_list<Bytes> ids) {
     return item(0x3B06, batchOf(ids, 16));
 }
