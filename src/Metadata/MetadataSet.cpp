@@ -79,27 +79,27 @@ void MetadataSet::createDefinedElements() {
     }
 }
 
-MetadataSet::ValidIterator::value_type MetadataSet::ValidIterator::operator*() const noexcept {
-    return {detail::ElementBlock::labelOf(**m_position), *m_position};
+const Types::UniversalLabel& MetadataSet::labelOf(const Element& element) noexcept {
+    return detail::ElementBlock::labelOf(element);
 }
 
-MetadataSet::ValidIterator MetadataSet::begin() const noexcept {
-    return ValidIterator(m_defined ? m_defined->byLabelBegin() : nullptr);
+Element* const* MetadataSet::byLabelBegin() const noexcept {
+    return m_defined ? m_defined->byLabelBegin() : nullptr;
 }
 
-MetadataSet::ValidIterator MetadataSet::end() const noexcept {
-    return ValidIterator(m_defined ? m_defined->byLabelEnd() : nullptr);
+Element* const* MetadataSet::byLabelEnd() const noexcept {
+    return m_defined ? m_defined->byLabelEnd() : nullptr;
 }
 
 std::size_t MetadataSet::validCount() const noexcept {
     return m_defined ? m_defined->labelCount() : 0;
 }
 
-Element* MetadataSet::findElement(const Types::UniversalLabel& ul) const noexcept {
+const Element* MetadataSet::findElement(const Types::UniversalLabel& ul) const noexcept {
     if (!m_defined) {
         return nullptr;
     }
-    if (Element* exact = m_defined->find(ul)) {
+    if (const Element* exact = m_defined->find(ul)) {
         return exact;
     }
     const MetaMetadata::MetaElement* meta = m_definition->findElement(ul);

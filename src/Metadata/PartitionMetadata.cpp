@@ -21,10 +21,24 @@
 #include "Vellum/Types/Factories/UID.h"
 
 #include <algorithm>
+#include <type_traits>
 #include <unordered_set>
 #include <utility>
+#include <variant>
 
 namespace Vellum::Metadata {
+
+namespace {
+
+/// Whether a stored-layout entry is `item` (a set or a dark metadata set).
+template <typename Entry, typename Item>
+bool holds(const Entry& entry, const Item* item) noexcept {
+    const auto* held = std::get_if<Item*>(&entry);
+    return held != nullptr && *held == item;
+}
+
+} // namespace
+
 PartitionMetadata::PartitionMetadata(Templates::SharedPtr<MetaMetadata::Dictionary> dictionary)
     : m_primer(std::move(dictionary)) {}
 
@@ -61,20 +75,19 @@ MetadataSet* PartitionMetadata::adoptSet(std::unique_ptr<MetadataSet> set) {
     m_sets.push_back(std::move(set));
     m_setList.push_back(raw);
     m_byKey[KLV::setIdentityKey(raw->key())].push_back(raw);
-    m_layout.push_back(LayoutEntry{raw, nullptr, 0});
+    m_layout.emplace_back(raw);
     m_uidIndexValid = false;
     return raw;
 }
 
 void PartitionMetadata::adoptDark(std::unique_ptr<DarkMetadataSet> dark) {
     m_darkList.push_back(dark.get());
-    m_layout.push_back(LayoutEntry{nullptr, dark.get(), 0});
+    m_layout.emplace_back(dark.get());
     m_darkSets.push_back(std::move(dark));
 }
 
 void PartitionMetadata::addFill(DataIO::Slice bytes) {
-    m_fills.emplace_back(bytes.begin(), bytes.end());
-    m_layout.push_back(LayoutEntry{nullptr, nullptr, m_fills.size()});
+    m_layout.emplace_back(Fill(bytes.begin(), bytes.end()));
 }
 
 PartitionMetadata::SetList PartitionMetadata::find(const KLV::Key& key) const {
@@ -162,7 +175,7 @@ void PartitionMetadata::removeSet(const MetadataSet& set) {
         }
     }
     m_layout.erase(std::remove_if(m_layout.begin(), m_layout.end(),
-                                  [&set](const LayoutEntry& e) { return e.set == &set; }),
+                                  [&set](const LayoutEntry& e) { return holds(e, &set); }),
                    m_layout.end());
     m_uidIndexValid = false;
     m_sets.erase(std::remove_if(m_sets.begin(), m_sets.end(),
@@ -173,7 +186,7 @@ void PartitionMetadata::removeSet(const MetadataSet& set) {
 void PartitionMetadata::removeDarkMetadataSet(const DarkMetadataSet& dark) {
     m_darkList.remove_if([&dark](const DarkMetadataSet* d) { return d == &dark; });
     m_layout.erase(std::remove_if(m_layout.begin(), m_layout.end(),
-                                  [&dark](const LayoutEntry& e) { return e.dark == &dark; }),
+                                  [&dark](const LayoutEntry& e) { return holds(e, &dark); }),
                    m_layout.end());
     m_darkSets.erase(std::remove_if(m_darkSets.begin(), m_darkSets.end(),
                                     [&dark](const auto& owned) { return owned.get() == &dark; }),
@@ -181,7 +194,7 @@ void PartitionMetadata::removeDarkMetadataSet(const DarkMetadataSet& dark) {
 }
 
 void PartitionMetadata::dropTrailingFill() {
-    while (!m_layout.empty() && m_layout.back().fill != 0) {
+    while (!m_layout.empty() && std::holds_alternative<Fill>(m_layout.back())) {
         m_layout.pop_back();
     }
 }
@@ -243,13 +256,15 @@ std::uint64_t PartitionMetadata::serializedSize() {
     assignLocalTags();
     std::uint64_t total = m_primer.serializedSize();
     for (const LayoutEntry& entry : m_layout) {
-        if (entry.set != nullptr) {
-            total += entry.set->serializedSize();
-        } else if (entry.dark != nullptr) {
-            total += entry.dark->serializedSize();
-        } else {
-            total += m_fills[entry.fill - 1].size();
-        }
+        total += std::visit(
+            [](const auto& item) -> std::uint64_t {
+                if constexpr (std::is_same_v<decltype(item), const Fill&>) {
+                    return item.size();
+                } else {
+                    return item->serializedSize();
+                }
+            },
+            entry);
     }
     return total;
 }
@@ -258,14 +273,15 @@ void PartitionMetadata::serialize(DataIO::DataSink& sink) {
     assignLocalTags();
     m_primer.serialize(sink);
     for (const LayoutEntry& entry : m_layout) {
-        if (entry.set != nullptr) {
-            entry.set->serialize(sink);
-        } else if (entry.dark != nullptr) {
-            entry.dark->serialize(sink);
-        } else {
-            const auto& fill = m_fills[entry.fill - 1];
-            sink.write(fill.data(), fill.size());
-        }
+        std::visit(
+            [&sink](const auto& item) {
+                if constexpr (std::is_same_v<decltype(item), const Fill&>) {
+                    sink.write(item.data(), item.size());
+                } else {
+                    item->serialize(sink);
+                }
+            },
+            entry);
     }
 }
 

@@ -354,7 +354,7 @@ ValuePtr parseTextForm(std::u16string_view localName, std::u16string_view text, 
     case Identifier::DataStream:
         return std::make_unique<Types::DataStream>(FromXMLValueParser::readHex(text));
     case Identifier::Unknown:
-        return std::make_unique<Types::Unknown>(KLV::Value(FromXMLValueParser::readHex(text)));
+        return std::make_unique<Types::Unknown>(FromXMLValueParser::readHex(text));
     case Identifier::ISO7String:
         return std::make_unique<Types::ISO7String>(Utils::wstringToString(text));
     case Identifier::UTF16String:

@@ -72,29 +72,26 @@ TEST(MetadataSet, ValuesAndReferencesSurviveWritingAndReading) {
     PartitionMetadata partition(MetaMetadata::Dictionary::builtIn());
     auto* preface = partition.createMetadataSet(key(prefaceKey));
     auto* identification = partition.createMetadataSet(key(identificationKey));
-    auto& company =
-        dynamic_cast<Metadata::SimpleElement&>(*identification->findElement(label(companyNameUL)));
-    company.set(std::make_unique<Types::UTF16String>(u"Vellum \u00E9"));
-    auto& version = dynamic_cast<Metadata::SimpleElement&>(*preface->findElement(label(versionUL)));
-    version.set(std::make_unique<Types::VersionType>(1, 3));
-    auto& identifications = dynamic_cast<Metadata::ReferenceArrayElement&>(
-        *preface->findElement(label(identificationsUL)));
-    identifications.append(identification);
+    identification->findElementAs<Metadata::SimpleElement>(label(companyNameUL))
+        ->set(std::make_unique<Types::UTF16String>(u"Vellum \u00E9"));
+    preface->findElementAs<Metadata::SimpleElement>(label(versionUL))
+        ->set(std::make_unique<Types::VersionType>(1, 3));
+    preface->findElementAs<Metadata::ReferenceArrayElement>(label(identificationsUL))
+        ->append(identification);
 
     const auto copy = reread(partition);
     ASSERT_EQ(copy->sets().size(), 2U);
     const auto* readPreface = copy->sets()[0];
     const auto* readIdentification = copy->sets()[1];
     EXPECT_EQ(*readPreface->instanceUID(), *preface->instanceUID());
-    const auto& readRefs = dynamic_cast<const Metadata::ReferenceArrayElement&>(
-        *readPreface->findElement(label(identificationsUL)));
-    ASSERT_EQ(readRefs.size(), 1U);
-    EXPECT_EQ(readRefs.referenceAt(0).uuid(), *identification->instanceUID());
-    EXPECT_EQ(copy->findByInstanceUID(readRefs.referenceAt(0).uuid()).front(), readIdentification);
+    const auto* readRefs =
+        readPreface->findElementAs<Metadata::ReferenceArrayElement>(label(identificationsUL));
+    ASSERT_NE(readRefs, nullptr);
+    ASSERT_EQ(readRefs->size(), 1U);
+    EXPECT_EQ(readRefs->referenceAt(0).uuid(), *identification->instanceUID());
+    EXPECT_EQ(copy->findByInstanceUID(readRefs->referenceAt(0).uuid()).front(), readIdentification);
     const auto* readCompany = dynamic_cast<const Types::UTF16String*>(
-        dynamic_cast<const Metadata::SimpleElement&>(
-            *readIdentification->findElement(label(companyNameUL)))
-            .value());
+        readIdentification->findElementAs<Metadata::SimpleElement>(label(companyNameUL))->value());
     ASSERT_NE(readCompany, nullptr);
     EXPECT_EQ(readCompany->value(), u"Vellum \u00E9");
     EXPECT_EQ(write(*copy), write(partition)) << "the copy writes the same bytes";
@@ -103,9 +100,9 @@ TEST(MetadataSet, ValuesAndReferencesSurviveWritingAndReading) {
 TEST(MetadataSet, SetRefusesAValueOfTheWrongType) {
     PartitionMetadata partition(MetaMetadata::Dictionary::builtIn());
     auto* preface = partition.createMetadataSet(key(prefaceKey));
-    auto& version = dynamic_cast<Metadata::SimpleElement&>(*preface->findElement(label(versionUL)));
-    EXPECT_THROW(version.set(std::make_unique<Types::UInt8>(1)), Exceptions::InvalidFormat);
-    EXPECT_TRUE(version.isEmpty());
+    auto* version = preface->findElementAs<Metadata::SimpleElement>(label(versionUL));
+    EXPECT_THROW(version->set(std::make_unique<Types::UInt8>(1)), Exceptions::InvalidFormat);
+    EXPECT_TRUE(version->isEmpty());
 }
 
 // A preface holding an unknown static tag, a dynamic tag whose label the dictionary does not
@@ -207,9 +204,7 @@ TEST(MetadataSet, BERCodedItemLengthsWriteBack) {
     auto partition = PartitionMetadata::read({bytes.data(), bytes.size()}, 0,
                                              MetaMetadata::Dictionary::builtIn());
     const auto* version = dynamic_cast<const Types::VersionType*>(
-        dynamic_cast<const Metadata::SimpleElement&>(
-            *partition->sets()[0]->findElement(label(versionUL)))
-            .value());
+        partition->sets()[0]->findElementAs<Metadata::SimpleElement>(label(versionUL))->value());
     ASSERT_NE(version, nullptr);
     EXPECT_EQ(version->minor(), 2);
     EXPECT_EQ(write(*partition), bytes);
@@ -260,8 +255,8 @@ TEST(MetadataSet, SerializationOrderPutsUnreachedSetsLast) {
     auto* floating = partition.createMetadataSet(key(identificationKey));
     auto* preface = partition.createMetadataSet(key(prefaceKey));
     auto* reached = partition.createMetadataSet(key(identificationKey));
-    dynamic_cast<Metadata::ReferenceArrayElement&>(*preface->findElement(label(identificationsUL)))
-        .append(reached);
+    preface->findElementAs<Metadata::ReferenceArrayElement>(label(identificationsUL))
+        ->append(reached);
     std::vector<const Metadata::MetadataSet*> order;
     EXPECT_EQ(partition.calculateSerializationOrder(order, true, false), 1U);
     EXPECT_EQ(order, (std::vector<const Metadata::MetadataSet*>{preface, reached, floating}));
@@ -275,8 +270,8 @@ TEST(MetadataSet, ReferenceCyclesEndTheWalk) {
     auto* other = partition.createMetadataSet(key(prefaceKey));
     const Types::UniversalLabel contentStorage =
         label(u"06.0E.2B.34.01.01.01.02.06.01.01.04.02.01.00.00");
-    dynamic_cast<Metadata::ReferenceElement&>(*preface->findElement(contentStorage)).set(other);
-    dynamic_cast<Metadata::ReferenceElement&>(*other->findElement(contentStorage)).set(preface);
+    preface->findElementAs<Metadata::ReferenceElement>(contentStorage)->set(other);
+    other->findElementAs<Metadata::ReferenceElement>(contentStorage)->set(preface);
     std::vector<const Metadata::MetadataSet*> order;
     EXPECT_EQ(partition.calculateSerializationOrder(order, true, false), 0U);
     EXPECT_EQ(order.size(), 2U);

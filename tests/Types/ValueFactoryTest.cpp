@@ -102,11 +102,6 @@ TEST(ValueFactory, AccessorsReadTheStoredForm) {
     EXPECT_EQ(csd.spcod().bytes(), Bytes{0xAA});
 }
 
-TEST(ValueFactory, UnknownKeepsTheBytesOfAKLVValue) {
-    const Vellum::KLV::Value klv(Bytes{9, 8, 7});
-    EXPECT_EQ(Vellum::Types::Unknown(klv).rawBuffer(), klv.bytes());
-}
-
 TEST(ValueFactory, RejectsByteCountsThatDoNotFitTheType) {
     for (unsigned n = 0; Id::isValid(n); ++n) {
         const auto type = static_cast<Id::Identifier>(n);

@@ -41,14 +41,14 @@ Metadata::MetadataSet* makeSet(Metadata::PartitionMetadata& partition, const KLV
     auto* set = partition.createMetadataSet(k);
     std::array<std::uint8_t, 16> bytes{};
     bytes.fill(id);
-    dynamic_cast<Metadata::SimpleElement&>(*set->findElement(instanceUID))
-        .set(std::make_unique<Types::UUID>(Types::UUID::Bytes(bytes)));
+    set->findElementAs<Metadata::SimpleElement>(instanceUID)
+        ->set(std::make_unique<Types::UUID>(Types::UUID::Bytes(bytes)));
     return set;
 }
 
 template <class T>
 T& element(Metadata::MetadataSet* set, const Types::UniversalLabel& ul) {
-    return dynamic_cast<T&>(*set->findElement(ul));
+    return *set->findElementAs<T>(ul);
 }
 
 // A preface reaching one identification and a dangling content storage, one floating

@@ -10,6 +10,7 @@
 
 #include <map>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -88,10 +89,15 @@ private:
     Vellum::XMLBuilder::XMLStreamReader m_reader;
 };
 
-/// The element of `set` with `label`, as `T`.
+/// The element of `set` with `label`, as `T`; throws when the set has no such element.
 template <class T>
-T& elementOf(const Vellum::Metadata::MetadataSet& set, const Vellum::Types::UniversalLabel& label) {
-    return dynamic_cast<T&>(*set.findElement(label));
+const T& elementOf(const Vellum::Metadata::MetadataSet& set,
+                   const Vellum::Types::UniversalLabel& label) {
+    const T* element = set.findElementAs<T>(label);
+    if (element == nullptr) {
+        throw std::logic_error("the set has no element of that kind with that label");
+    }
+    return *element;
 }
 
 /// Label text to label.

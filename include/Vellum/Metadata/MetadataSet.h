@@ -45,10 +45,66 @@ class VELLUM_CORE_EXPORT MetadataSet {
 public:
     using ElementList = std::vector<Element*>;
 
-    /// Walks the valid elements in label order, giving (label, element) pairs.
-    class VELLUM_CORE_EXPORT ValidIterator {
+    /// Walks a list of elements, giving `E*`: `Element*` from a set, `const Element*` from a
+    /// const one.
+    template <typename E>
+    class ElementIterator {
     public:
-        using value_type = std::pair<const Types::UniversalLabel&, Element*>;
+        using value_type = E*;
+        using reference = E*;
+        using pointer = void;
+        using difference_type = std::ptrdiff_t;
+        using iterator_category = std::forward_iterator_tag;
+
+        ElementIterator() noexcept = default;
+        explicit ElementIterator(Element* const* position) noexcept
+            : m_position(position) {}
+
+        E* operator*() const noexcept { return *m_position; }
+        ElementIterator& operator++() noexcept {
+            ++m_position;
+            return *this;
+        }
+        ElementIterator operator++(int) noexcept {
+            ElementIterator before = *this;
+            ++m_position;
+            return before;
+        }
+        friend bool operator==(const ElementIterator& a, const ElementIterator& b) noexcept {
+            return a.m_position == b.m_position;
+        }
+        friend bool operator!=(const ElementIterator& a, const ElementIterator& b) noexcept {
+            return a.m_position != b.m_position;
+        }
+
+    private:
+        Element* const* m_position = nullptr;
+    };
+
+    /// A list of elements, seen through `ElementIterator<E>`.
+    template <typename E>
+    class ElementRange {
+    public:
+        explicit ElementRange(const ElementList& list) noexcept
+            : m_list(&list) {}
+        ElementIterator<E> begin() const noexcept { return ElementIterator<E>(m_list->data()); }
+        ElementIterator<E> end() const noexcept {
+            return ElementIterator<E>(m_list->data() + m_list->size());
+        }
+        std::size_t size() const noexcept { return m_list->size(); }
+        bool empty() const noexcept { return m_list->empty(); }
+        E* operator[](std::size_t index) const noexcept { return (*m_list)[index]; }
+
+    private:
+        const ElementList* m_list;
+    };
+
+    /// Walks the valid elements in label order, giving (label, element) pairs; `E` is
+    /// `Element` from a set, `const Element` from a const one.
+    template <typename E>
+    class BasicValidIterator {
+    public:
+        using value_type = std::pair<const Types::UniversalLabel&, E*>;
         using reference = value_type;
         using difference_type = std::ptrdiff_t;
         using iterator_category = std::input_iterator_tag;
@@ -59,31 +115,33 @@ public:
             const value_type* operator->() const noexcept { return &entry; }
         };
 
-        ValidIterator() noexcept = default;
-        explicit ValidIterator(Element* const* position) noexcept
+        BasicValidIterator() noexcept = default;
+        explicit BasicValidIterator(Element* const* position) noexcept
             : m_position(position) {}
 
-        value_type operator*() const noexcept;
+        value_type operator*() const noexcept { return {labelOf(**m_position), *m_position}; }
         Arrow operator->() const noexcept { return Arrow{**this}; }
-        ValidIterator& operator++() noexcept {
+        BasicValidIterator& operator++() noexcept {
             ++m_position;
             return *this;
         }
-        ValidIterator operator++(int) noexcept {
-            ValidIterator before = *this;
+        BasicValidIterator operator++(int) noexcept {
+            BasicValidIterator before = *this;
             ++m_position;
             return before;
         }
-        friend bool operator==(const ValidIterator& a, const ValidIterator& b) noexcept {
+        friend bool operator==(const BasicValidIterator& a, const BasicValidIterator& b) noexcept {
             return a.m_position == b.m_position;
         }
-        friend bool operator!=(const ValidIterator& a, const ValidIterator& b) noexcept {
+        friend bool operator!=(const BasicValidIterator& a, const BasicValidIterator& b) noexcept {
             return a.m_position != b.m_position;
         }
 
     private:
         Element* const* m_position = nullptr;
     };
+    using ValidIterator = BasicValidIterator<Element>;
+    using ConstValidIterator = BasicValidIterator<const Element>;
 
     MetadataSet(const MetadataSet&) = delete;
     MetadataSet& operator=(const MetadataSet&) = delete;
@@ -97,18 +155,44 @@ public:
     /// The dictionary's definition, or nullptr for a set kept without one.
     const MetaMetadata::MetaMetadataSet* definition() const noexcept { return m_definition; }
     /// The partition that owns the set.
-    PartitionMetadata& partition() const noexcept { return *m_partition; }
+    const PartitionMetadata& partition() const noexcept { return *m_partition; }
+    PartitionMetadata& partition() noexcept { return *m_partition; }
 
     /// Valid elements, by label in label order.
-    ValidIterator begin() const noexcept;
-    ValidIterator end() const noexcept;
+    ConstValidIterator begin() const noexcept { return ConstValidIterator(byLabelBegin()); }
+    ConstValidIterator end() const noexcept { return ConstValidIterator(byLabelEnd()); }
+    ValidIterator begin() noexcept { return ValidIterator(byLabelBegin()); }
+    ValidIterator end() noexcept { return ValidIterator(byLabelEnd()); }
     std::size_t validCount() const noexcept;
     /// The valid element with this label (byte 8 not compared), or nullptr.
-    Element* findElement(const Types::UniversalLabel& ul) const noexcept;
+    const Element* findElement(const Types::UniversalLabel& ul) const noexcept;
+    Element* findElement(const Types::UniversalLabel& ul) noexcept {
+        return const_cast<Element*>(std::as_const(*this).findElement(ul));
+    }
+    /// The valid element with this label when it is a `T` (`SimpleElement`,
+    /// `ReferenceElement` ...), else nullptr.
+    template <typename T>
+    const T* findElementAs(const Types::UniversalLabel& ul) const noexcept {
+        return dynamic_cast<const T*>(findElement(ul));
+    }
+    template <typename T>
+    T* findElementAs(const Types::UniversalLabel& ul) noexcept {
+        return dynamic_cast<T*>(findElement(ul));
+    }
 
     /// Invalid elements, in stored order.
-    ElementList::const_iterator invalidBegin() const noexcept { return m_invalid.begin(); }
-    ElementList::const_iterator invalidEnd() const noexcept { return m_invalid.end(); }
+    ElementIterator<const Element> invalidBegin() const noexcept {
+        return ElementIterator<const Element>(m_invalid.data());
+    }
+    ElementIterator<const Element> invalidEnd() const noexcept {
+        return ElementIterator<const Element>(m_invalid.data() + m_invalid.size());
+    }
+    ElementIterator<Element> invalidBegin() noexcept {
+        return ElementIterator<Element>(m_invalid.data());
+    }
+    ElementIterator<Element> invalidEnd() noexcept {
+        return ElementIterator<Element>(m_invalid.data() + m_invalid.size());
+    }
     std::size_t invalidCount() const noexcept { return m_invalid.size(); }
     /// Makes an invalid element for `attribute` (a misplaced or unknown element), of the kind
     /// its definition asks for (a simple element holding raw bytes for an unknown one).
@@ -131,7 +215,10 @@ public:
 
     /// Every element in the order the set writes them: stored items first, then the others in
     /// dictionary order.
-    const ElementList& serializationOrder() const noexcept { return m_order; }
+    ElementRange<const Element> serializationOrder() const noexcept {
+        return ElementRange<const Element>(m_order);
+    }
+    ElementRange<Element> serializationOrder() noexcept { return ElementRange<Element>(m_order); }
     /// The number of elements that hold a value.
     std::size_t valueCount() const noexcept;
 
@@ -168,6 +255,10 @@ protected:
 
 private:
     std::uint64_t itemsSize() const;
+    /// The valid elements in label order (null for a set without a definition).
+    Element* const* byLabelBegin() const noexcept;
+    Element* const* byLabelEnd() const noexcept;
+    static const Types::UniversalLabel& labelOf(const Element& element) noexcept;
 
     PartitionMetadata* m_partition;
     KLV::Key m_key;

@@ -13,6 +13,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <variant>
 #include <vector>
 
 namespace Vellum::DataIO {
@@ -124,12 +125,10 @@ public:
 private:
     friend class HeaderMetadataReader;
 
+    /// Bytes of fill between stored items, kept so that the stored layout is written back.
+    using Fill = std::vector<std::uint8_t>;
     /// One stored item, in stored order.
-    struct LayoutEntry {
-        MetadataSet* set = nullptr;
-        DarkMetadataSet* dark = nullptr;
-        std::size_t fill = 0; ///< index + 1 into m_fills, or 0
-    };
+    using LayoutEntry = std::variant<MetadataSet*, DarkMetadataSet*, Fill>;
 
     MetadataSet* adoptSet(std::unique_ptr<MetadataSet> set);
     void adoptDark(std::unique_ptr<DarkMetadataSet> dark);
@@ -140,7 +139,6 @@ private:
     SetList m_setList;
     std::vector<std::unique_ptr<DarkMetadataSet>> m_darkSets;
     DarkList m_darkList;
-    std::vector<std::vector<std::uint8_t>> m_fills;
     std::vector<LayoutEntry> m_layout;
     /// The sets by key without version byte (and with 0x53 for 0x13), each list in the order
     /// the sets were adopted.

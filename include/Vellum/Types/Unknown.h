@@ -1,7 +1,6 @@
 #ifndef VELLUM_TYPES_UNKNOWN_H
 #define VELLUM_TYPES_UNKNOWN_H
 
-#include "Vellum/KLV/Value.h"
 #include "Vellum/Types/BytesValue.h"
 
 namespace Vellum::Types {
@@ -11,10 +10,6 @@ namespace Vellum::Types {
 class VELLUM_CORE_EXPORT Unknown final : public BytesValue<Unknown, Identifiers::Unknown> {
 public:
     using BytesValue::BytesValue;
-    /// Copies the bytes of a KLV value; throws InvalidLength for more than a 32-bit size can
-    /// count.
-    explicit Unknown(const KLV::Value& value)
-        : BytesValue(value.begin(), value.size()) {}
     Unknown(const Unknown&) = default;
     Unknown(Unknown&&) noexcept = default;
     Unknown& operator=(const Unknown&) = default;
