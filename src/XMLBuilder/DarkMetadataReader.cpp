@@ -1,6 +1,7 @@
-#include "Vellum/XMLBuilder/DarkMetadataReader.h"
+#include "XMLBuilder/DarkMetadataReader.h"
 
 #include "Utils/HexText.h"
+#include "XMLBuilder/Vocabulary.h"
 
 #include "Vellum/Exceptions/BaseException.h"
 #include "Vellum/Exceptions/InvalidFormat.h"
@@ -14,7 +15,6 @@
 #include "Vellum/Utils/StringConversion.h"
 #include "Vellum/XMLBuilder/FromXMLMetadataSetVisitor.h"
 #include "Vellum/XMLBuilder/FromXMLValueParser.h"
-#include "Vellum/XMLBuilder/Vocabulary.h"
 
 #include <memory>
 #include <string>

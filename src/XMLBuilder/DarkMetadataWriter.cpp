@@ -1,11 +1,11 @@
 #include "XMLBuilder/DarkMetadataWriter.h"
 
 #include "Utils/HexText.h"
+#include "XMLBuilder/Vocabulary.h"
 
 #include "Vellum/KLV/Key.h"
 #include "Vellum/Metadata/DarkMetadataSet.h"
 #include "Vellum/Metadata/MetadataSet.h"
-#include "Vellum/XMLBuilder/Vocabulary.h"
 
 #include <string>
 

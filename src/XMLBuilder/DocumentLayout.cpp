@@ -1,6 +1,6 @@
 #include "XMLBuilder/DocumentLayout.h"
 
-#include "Vellum/XMLBuilder/Vocabulary.h"
+#include "XMLBuilder/Vocabulary.h"
 
 namespace Vellum::XMLBuilder {
 

@@ -1,6 +1,8 @@
 #include "Vellum/XMLBuilder/FromXMLElementVisitor.h"
 
+#include "XMLBuilder/ImportTables.h"
 #include "XMLBuilder/StoredBytesReader.h"
+#include "XMLBuilder/Vocabulary.h"
 
 #include "Vellum/DataIO/Slice.h"
 #include "Vellum/Exceptions/InvalidFormat.h"
@@ -29,7 +31,6 @@
 #include "Vellum/Utils/StringConversion.h"
 #include "Vellum/XMLBuilder/FromXMLMetadataSetVisitor.h"
 #include "Vellum/XMLBuilder/FromXMLValueParser.h"
-#include "Vellum/XMLBuilder/Vocabulary.h"
 
 #include <string>
 

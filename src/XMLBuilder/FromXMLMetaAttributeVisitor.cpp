@@ -1,10 +1,11 @@
 #include "Vellum/XMLBuilder/FromXMLMetaAttributeVisitor.h"
 
+#include "XMLBuilder/Vocabulary.h"
+
 #include "Vellum/MetaMetadata/MetaAttribute.h"
 #include "Vellum/MetaMetadata/MetaElement.h"
 #include "Vellum/MetaMetadata/MisplacedAttribute.h"
 #include "Vellum/MetaMetadata/UnknownAttribute.h"
-#include "Vellum/XMLBuilder/Vocabulary.h"
 
 namespace Vellum::XMLBuilder {
 

@@ -1,5 +1,8 @@
 #include "Vellum/XMLBuilder/FromXMLMetadataSetVisitor.h"
 
+#include "XMLBuilder/ImportTables.h"
+#include "XMLBuilder/Vocabulary.h"
+
 #include "Vellum/Exceptions/ParseError.h"
 #include "Vellum/Exceptions/Throw.h"
 #include "Vellum/MetaMetadata/AbstractMetaAttribute.h"
@@ -17,7 +20,6 @@
 #include "Vellum/Types/UniversalLabel.h"
 #include "Vellum/XMLBuilder/FromXMLElementVisitor.h"
 #include "Vellum/XMLBuilder/NodeSelector.h"
-#include "Vellum/XMLBuilder/Vocabulary.h"
 
 #include <memory>
 #include <string_view>

@@ -1,6 +1,7 @@
 #include "Vellum/XMLBuilder/FromXMLValueParser.h"
 
 #include "Utils/HexText.h"
+#include "XMLBuilder/Vocabulary.h"
 
 #include "Vellum/Exceptions/InvalidFormat.h"
 #include "Vellum/KLV/Value.h"
@@ -36,7 +37,6 @@
 #include "Vellum/Types/VersionType.h"
 #include "Vellum/Utils/StringConversion.h"
 #include "Vellum/XMLBuilder/NodeSelector.h"
-#include "Vellum/XMLBuilder/Vocabulary.h"
 
 #include <array>
 #include <memory>

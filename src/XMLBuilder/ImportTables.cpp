@@ -1,4 +1,6 @@
-#include "Vellum/XMLBuilder/ImportTables.h"
+#include "XMLBuilder/ImportTables.h"
+
+#include "XMLBuilder/Vocabulary.h"
 
 #include "Vellum/Exceptions/BaseException.h"
 #include "Vellum/Exceptions/ParseError.h"
@@ -14,7 +16,6 @@
 #include "Vellum/Metadata/Structural/StructuralMetadataULs.h"
 #include "Vellum/Types/UniversalLabel.h"
 #include "Vellum/XMLBuilder/FromXMLMetaAttributeVisitor.h"
-#include "Vellum/XMLBuilder/Vocabulary.h"
 #include "Vellum/XMLBuilder/XMLNode.h"
 
 namespace Vellum::XMLBuilder {

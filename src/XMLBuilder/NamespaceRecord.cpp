@@ -1,4 +1,4 @@
-#include "Vellum/XMLBuilder/NamespaceRecord.h"
+#include "XMLBuilder/NamespaceRecord.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "Vellum/XMLBuilder/Namespaces.h"
 
-#include "Vellum/XMLBuilder/Vocabulary.h"
+#include "XMLBuilder/Vocabulary.h"
 
 namespace Vellum::XMLBuilder {
 

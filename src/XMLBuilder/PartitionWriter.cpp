@@ -4,13 +4,13 @@
 #include "XMLBuilder/DocumentLayout.h"
 #include "XMLBuilder/NullMarkupSink.h"
 #include "XMLBuilder/ToXMLMetadataSetVisitor.h"
+#include "XMLBuilder/Vocabulary.h"
 #include "XMLBuilder/WriterContext.h"
 #include "XMLBuilder/XMLNames.h"
 
 #include "Vellum/Exceptions/Throw.h"
 #include "Vellum/Metadata/PartitionMetadata.h"
 #include "Vellum/Metadata/Structural/StructuralMetadataKeys.h"
-#include "Vellum/XMLBuilder/Vocabulary.h"
 
 #include <algorithm>
 #include <mutex>

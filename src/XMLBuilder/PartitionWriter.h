@@ -3,10 +3,10 @@
 
 #include "XMLBuilder/InstanceIndex.h"
 #include "XMLBuilder/MarkupSink.h"
+#include "XMLBuilder/NamespaceRecord.h"
 #include "XMLBuilder/SetRecord.h"
 
 #include "Vellum/XMLBuilder/Export.h"
-#include "Vellum/XMLBuilder/NamespaceRecord.h"
 
 namespace Vellum::Metadata {
 class MetadataSet;

@@ -1,4 +1,4 @@
-#include "Vellum/XMLBuilder/ReferenceNameTable.h"
+#include "XMLBuilder/ReferenceNameTable.h"
 
 #include "Utils/HexText.h"
 

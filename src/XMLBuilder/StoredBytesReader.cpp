@@ -1,6 +1,7 @@
 #include "XMLBuilder/StoredBytesReader.h"
 
 #include "Utils/HexText.h"
+#include "XMLBuilder/Vocabulary.h"
 
 #include "Vellum/DataIO/Slice.h"
 #include "Vellum/Exceptions/BaseException.h"
@@ -44,7 +45,6 @@
 #include "Vellum/Types/WeakReference.h"
 #include "Vellum/Utils/StringConversion.h"
 #include "Vellum/XMLBuilder/FromXMLValueParser.h"
-#include "Vellum/XMLBuilder/Vocabulary.h"
 #include "Vellum/XMLBuilder/XMLNode.h"
 
 #include <algorithm>

@@ -1,6 +1,7 @@
 #include "XMLBuilder/ToXMLBaseTypeVisitor.h"
 
 #include "Utils/HexText.h"
+#include "XMLBuilder/Vocabulary.h"
 
 #include "Vellum/Types/Array.h"
 #include "Vellum/Types/Batch.h"
@@ -40,7 +41,6 @@
 #include "Vellum/Types/Visitors/NullVisitor.h"
 #include "Vellum/Types/WeakReference.h"
 #include "Vellum/Utils/StringConversion.h"
-#include "Vellum/XMLBuilder/Vocabulary.h"
 
 #include <array>
 #include <string>

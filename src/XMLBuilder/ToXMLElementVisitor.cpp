@@ -5,6 +5,7 @@
 #include "XMLBuilder/ToXMLBaseTypeVisitor.h"
 #include "XMLBuilder/ToXMLMetadataSetVisitor.h"
 #include "XMLBuilder/ToXMLReferenceVisitor.h"
+#include "XMLBuilder/Vocabulary.h"
 
 #include "Vellum/KLV/KeyClassification.h"
 #include "Vellum/MetaMetadata/MetaElement.h"
@@ -19,7 +20,6 @@
 #include "Vellum/Metadata/SimpleElement.h"
 #include "Vellum/Types/LocalTag.h"
 #include "Vellum/Types/Reference.h"
-#include "Vellum/XMLBuilder/Vocabulary.h"
 
 #include <algorithm>
 

@@ -2,12 +2,12 @@
 
 #include "XMLBuilder/DarkMetadataWriter.h"
 #include "XMLBuilder/ToXMLBaseTypeVisitor.h"
+#include "XMLBuilder/Vocabulary.h"
 
 #include "Vellum/MetaMetadata/MetaMetadataSet.h"
 #include "Vellum/Metadata/DarkParsedGroup.h"
 #include "Vellum/Metadata/MetadataSet.h"
 #include "Vellum/Metadata/SimpleElement.h"
-#include "Vellum/XMLBuilder/Vocabulary.h"
 
 #include <algorithm>
 #include <vector>

@@ -2,11 +2,11 @@
 
 #include "XMLBuilder/ToXMLBaseTypeVisitor.h"
 #include "XMLBuilder/ToXMLMetadataSetVisitor.h"
+#include "XMLBuilder/Vocabulary.h"
 
 #include "Vellum/Metadata/MetadataSet.h"
 #include "Vellum/Types/StrongReference.h"
 #include "Vellum/Types/WeakReference.h"
-#include "Vellum/XMLBuilder/Vocabulary.h"
 
 namespace Vellum::XMLBuilder {
 

@@ -1,5 +1,10 @@
 #include "Vellum/XMLBuilder/XML2Partition.h"
 
+#include "XMLBuilder/DarkMetadataReader.h"
+#include "XMLBuilder/ImportTables.h"
+#include "XMLBuilder/Vocabulary.h"
+#include "XMLBuilder/XMLStreamReader.h"
+
 #include "Vellum/Exceptions/BaseException.h"
 #include "Vellum/Exceptions/InvalidFormat.h"
 #include "Vellum/Exceptions/ParseError.h"
@@ -8,11 +13,7 @@
 #include "Vellum/MetaMetadata/MetaMetadataSet.h"
 #include "Vellum/Metadata/MetadataSet.h"
 #include "Vellum/Metadata/PartitionMetadata.h"
-#include "Vellum/XMLBuilder/DarkMetadataReader.h"
 #include "Vellum/XMLBuilder/FromXMLMetadataSetVisitor.h"
-#include "Vellum/XMLBuilder/ImportTables.h"
-#include "Vellum/XMLBuilder/Vocabulary.h"
-#include "Vellum/XMLBuilder/XMLStreamReader.h"
 
 #include <unordered_map>
 #include <utility>

@@ -1,5 +1,7 @@
 #include "XMLBuilder/XMLNames.h"
 
+#include "XMLBuilder/Vocabulary.h"
+
 #include "Vellum/Exceptions/Throw.h"
 #include "Vellum/MetaMetadata/AbstractMetaAttribute.h"
 #include "Vellum/MetaMetadata/Dictionary.h"
@@ -9,7 +11,6 @@
 #include "Vellum/MetaMetadata/MisplacedAttribute.h"
 #include "Vellum/Metadata/Element.h"
 #include "Vellum/Metadata/MetadataSet.h"
-#include "Vellum/XMLBuilder/Vocabulary.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,10 +1,11 @@
 #ifndef VELLUM_SRC_XMLBUILDER_XMLNAMES_H
 #define VELLUM_SRC_XMLBUILDER_XMLNAMES_H
 
+#include "XMLBuilder/NamespaceRecord.h"
+
 #include "Vellum/Templates/Templates.h"
 #include "Vellum/Types/Identifiers.h"
 #include "Vellum/XMLBuilder/Export.h"
-#include "Vellum/XMLBuilder/NamespaceRecord.h"
 #include "Vellum/XMLBuilder/ToXMLMetaAttributeVisitor.h"
 
 #include <cstdint>

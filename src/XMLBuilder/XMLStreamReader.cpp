@@ -1,4 +1,4 @@
-#include "Vellum/XMLBuilder/XMLStreamReader.h"
+#include "XMLBuilder/XMLStreamReader.h"
 
 #include "Vellum/Exceptions/ParseError.h"
 #include "Vellum/Utils/StringConversion.h"

@@ -1,4 +1,4 @@
-#include "Vellum/XMLBuilder/DarkMetadataReader.h"
+#include "XMLBuilder/DarkMetadataReader.h"
 
 #include "XMLBuilder/ImportTestSupport.h"
 

@@ -1,12 +1,13 @@
 #ifndef VELLUM_TESTS_XMLBUILDER_IMPORTTESTSUPPORT_H
 #define VELLUM_TESTS_XMLBUILDER_IMPORTTESTSUPPORT_H
 
+#include "XMLBuilder/XMLStreamReader.h"
+
 #include "Vellum/MetaMetadata/Dictionary.h"
 #include "Vellum/Metadata/PartitionMetadata.h"
 #include "Vellum/Templates/Templates.h"
 #include "Vellum/Types/UniversalLabel.h"
 #include "Vellum/XMLBuilder/XMLNode.h"
-#include "Vellum/XMLBuilder/XMLStreamReader.h"
 
 #include <map>
 #include <memory>

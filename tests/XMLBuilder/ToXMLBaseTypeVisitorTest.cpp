@@ -1,5 +1,6 @@
 #include "XMLBuilder/ToXMLBaseTypeVisitor.h"
 
+#include "XMLBuilder/NamespaceRecord.h"
 #include "XMLBuilder/TextMarkupWriter.h"
 #include "XMLBuilder/XMLNames.h"
 
@@ -11,7 +12,6 @@
 #include "Vellum/Types/StrongReference.h"
 #include "Vellum/Types/UInt16.h"
 #include "Vellum/Types/UUID.h"
-#include "Vellum/XMLBuilder/NamespaceRecord.h"
 
 #include <gtest/gtest.h>
 

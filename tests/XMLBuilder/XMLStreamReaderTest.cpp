@@ -1,4 +1,4 @@
-#include "Vellum/XMLBuilder/XMLStreamReader.h"
+#include "XMLBuilder/XMLStreamReader.h"
 
 #include "Support/TempDir.h"
 #include "XMLBuilder/ImportTestSupport.h"

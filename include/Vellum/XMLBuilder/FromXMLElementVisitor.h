@@ -6,7 +6,6 @@
 #include "Vellum/Types/Identifiers.h"
 #include "Vellum/Types/SimpleDataType.h"
 #include "Vellum/XMLBuilder/Export.h"
-#include "Vellum/XMLBuilder/ImportTables.h"
 #include "Vellum/XMLBuilder/XMLNode.h"
 
 namespace Vellum::MetaMetadata {
@@ -25,6 +24,8 @@ class Reference;
 } // namespace Vellum::Types
 
 namespace Vellum::XMLBuilder {
+
+class ImportTables;
 
 /// Fills one element of a set from the XML node that holds its value: a simple value through
 /// FromXMLValueParser, a batch or array item by item (the element children, in order), a

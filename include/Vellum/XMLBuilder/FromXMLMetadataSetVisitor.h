@@ -4,7 +4,6 @@
 #include "Vellum/Metadata/Visitors/NonConstMetadataSetVisitor.h"
 #include "Vellum/Templates/Templates.h"
 #include "Vellum/XMLBuilder/Export.h"
-#include "Vellum/XMLBuilder/ImportTables.h"
 #include "Vellum/XMLBuilder/XMLNode.h"
 
 namespace Vellum::MetaMetadata {
@@ -18,6 +17,8 @@ class PartitionMetadata;
 } // namespace Vellum::Metadata
 
 namespace Vellum::XMLBuilder {
+
+class ImportTables;
 
 /// Fills a set fresh from PartitionMetadata::createMetadataSet from the XML element that
 /// describes it.

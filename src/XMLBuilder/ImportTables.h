@@ -1,9 +1,10 @@
 #ifndef VELLUM_XMLBUILDER_IMPORTTABLES_H
 #define VELLUM_XMLBUILDER_IMPORTTABLES_H
 
+#include "XMLBuilder/ReferenceNameTable.h"
+
 #include "Vellum/Templates/Templates.h"
 #include "Vellum/XMLBuilder/Export.h"
-#include "Vellum/XMLBuilder/ReferenceNameTable.h"
 
 #include <functional>
 #include <map>

@@ -1,8 +1,9 @@
 #ifndef VELLUM_XMLBUILDER_DARKMETADATAREADER_H
 #define VELLUM_XMLBUILDER_DARKMETADATAREADER_H
 
+#include "XMLBuilder/ImportTables.h"
+
 #include "Vellum/XMLBuilder/Export.h"
-#include "Vellum/XMLBuilder/ImportTables.h"
 #include "Vellum/XMLBuilder/XMLNode.h"
 
 namespace Vellum::Metadata {
