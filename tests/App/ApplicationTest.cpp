@@ -94,29 +94,19 @@ TEST_F(Application, VersionNamesTheProjectVersion) {
 }
 
 TEST_F(Application, BadCommandLinesExitWithStatusTwoAndTheUsage) {
-    struct Case {
-        Arguments arguments;
-        std::string problem;
-        std::string synopsis;
-    };
-    const std::vector<Case> cases = {
-        {{"frob"}, "unknown command 'frob'", "vellum COMMAND"},
-        {{"--frob"}, "unknown option '--frob'", "vellum COMMAND"},
-        {{"help", "frob"}, "unknown command 'frob'", "vellum help [COMMAND]"},
-        {{"help", "klv", "version"}, "unexpected argument 'version'", "vellum help [COMMAND]"},
-        {{"version", "extra"}, "unexpected argument 'extra'", "vellum version"},
-        {{"version", "--help=yes"}, "option '--help' takes no value", "vellum version"},
-        {{"version", "-x"}, "unknown option '-x'", "vellum version"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.problem);
-        const auto run = runVellum(c.arguments, m_dir);
-        EXPECT_EQ(run.exitCode, 2);
-        EXPECT_EQ(run.out, "");
-        EXPECT_TRUE(VellumTest::isOneErrorLine(run.err)) << run.err;
-        EXPECT_NE(run.err.find(c.problem), std::string::npos) << run.err;
-        EXPECT_NE(run.err.find("(usage: " + c.synopsis), std::string::npos) << run.err;
-    }
+    using VellumTest::expectUsageErrors;
+    expectUsageErrors(
+        "", {{{"frob"}, "unknown command 'frob'"}, {{"--frob"}, "unknown option '--frob'"}},
+        "vellum COMMAND", m_dir);
+    expectUsageErrors("help",
+                      {{{"frob"}, "unknown command 'frob'"},
+                       {{"klv", "version"}, "unexpected argument 'version'"}},
+                      "vellum help [COMMAND]", m_dir);
+    expectUsageErrors("version",
+                      {{{"extra"}, "unexpected argument 'extra'"},
+                       {{"--help=yes"}, "option '--help' takes no value"},
+                       {{"-x"}, "unknown option '-x'"}},
+                      "vellum version", m_dir);
 }
 
 } // namespace

@@ -249,10 +249,7 @@ TEST_F(Graph, OptionsAndFailuresAreReported) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.message);
         const auto run = runVellum(c.arguments, m_dir, {c.environment, "", false});
-        EXPECT_EQ(run.exitCode, c.exitCode);
-        EXPECT_TRUE(VellumTest::isOneErrorLine(run.err)) << run.err;
-        EXPECT_NE(run.err.find(c.message), std::string::npos) << run.err;
-        EXPECT_EQ(run.out, "");
+        EXPECT_TRUE(VellumTest::failedWith(run, c.exitCode, c.message));
     }
 }
 

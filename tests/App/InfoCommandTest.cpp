@@ -14,7 +14,6 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 using VellumTest::countAfter;
-using VellumTest::isOneErrorLine;
 using VellumTest::parseInfoSetCounts;
 using VellumTest::runVellum;
 
@@ -135,7 +134,7 @@ TEST_F(Info, ListsTheStructureBeforeReportingBrokenHeaderMetadata) {
     EXPECT_NE(run.out.find("problem: "), std::string::npos) << run.out;
     ASSERT_EQ(VellumTest::parseInfoPartitions(run.out).size(), 1U) << run.out;
     EXPECT_EQ(run.out.find("sets by name"), std::string::npos);
-    EXPECT_TRUE(isOneErrorLine(run.err)) << run.err;
+    EXPECT_TRUE(VellumTest::isOneErrorLine(run.err)) << run.err;
     EXPECT_NE(run.err.find("claims 5632 bytes from offset 512"), std::string::npos) << run.err;
 }
 
@@ -176,7 +175,7 @@ TEST_F(Info, HeaderMetadataCommandsReportBadInputInOneLine) {
             arguments.insert(arguments.end(), c.arguments.begin(), c.arguments.end());
             const auto run = runVellum(arguments, m_dir);
             EXPECT_EQ(run.exitCode, 1);
-            EXPECT_TRUE(isOneErrorLine(run.err)) << run.err;
+            EXPECT_TRUE(VellumTest::isOneErrorLine(run.err)) << run.err;
             EXPECT_NE(run.err.find(c.problem), std::string::npos) << run.err;
         }
     }

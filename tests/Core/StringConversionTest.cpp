@@ -1,5 +1,7 @@
 #include "Vellum/Platform/StringConversion.h"
 
+#include "Support/PrintCase.h"
+
 #include "Vellum/Utils/StringConversion.h"
 
 #include <gtest/gtest.h>
@@ -17,6 +19,7 @@ struct RoundTripCase {
     std::string utf8;
     WString utf16;
 };
+VELLUM_PRINT_CASE_NAME(RoundTripCase)
 
 class StringRoundTrip : public ::testing::TestWithParam<RoundTripCase> {};
 
@@ -41,6 +44,7 @@ struct IllFormedCase {
     std::string utf8;
     WString expected;
 };
+VELLUM_PRINT_CASE_NAME(IllFormedCase)
 
 class IllFormedUtf8 : public ::testing::TestWithParam<IllFormedCase> {};
 

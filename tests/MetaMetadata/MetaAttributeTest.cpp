@@ -1,5 +1,7 @@
 #include "Vellum/MetaMetadata/MetaAttribute.h"
 
+#include "Support/ExpectThrow.h"
+
 #include "Vellum/Exceptions/InvalidFormat.h"
 #include "Vellum/MetaMetadata/AbstractMetaAttributeVisitor.h"
 #include "Vellum/MetaMetadata/Dictionary.h"
@@ -109,14 +111,8 @@ TEST(MetaCollectionElement, RejectsAKindThatIsNoCollection) {
     MetaElement::Definition definition;
     definition.name = u"Odd";
     definition.valueType = Types::Identifiers::UInt8;
-    try {
-        MetaCollectionElement element(definition, *preface, Types::Identifiers::UInt8);
-        FAIL() << "nothing thrown";
-    } catch (const Exceptions::InvalidFormat& e) {
-        EXPECT_NE(e.utf8Message().find("'Odd': a collection is a Batch or an Array"),
-                  std::string::npos)
-            << e.utf8Message();
-    }
+    EXPECT_THROW_MSG_HAS(MetaCollectionElement(definition, *preface, Types::Identifiers::UInt8),
+                         InvalidFormat, "'Odd': a collection is a Batch or an Array");
     const MetaCollectionElement array(definition, *preface, Types::Identifiers::Array);
     EXPECT_EQ(array.dataType(), Types::Identifiers::Array);
     EXPECT_EQ(array.dataSubType(), Types::Identifiers::UInt8);

@@ -1,5 +1,6 @@
 #include "Vellum/Types/IdentifierValue.h"
 
+#include "Support/PrintCase.h"
 #include "TypesTestSupport.h"
 
 #include "Vellum/Exceptions/InvalidFormat.h"
@@ -39,6 +40,7 @@ struct TextKind {
     std::size_t textLength;
     std::function<WString(const WString&)> roundTrip;
 };
+VELLUM_PRINT_CASE_NAME(TextKind)
 
 std::vector<TextKind> textKinds() {
     return {

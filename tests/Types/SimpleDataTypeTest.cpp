@@ -1,5 +1,6 @@
 #include "Vellum/Types/SimpleDataType.h"
 
+#include "Support/PrintCase.h"
 #include "TypesTestSupport.h"
 
 #include "Vellum/Exceptions/InvalidFormat.h"
@@ -46,6 +47,7 @@ struct Constructed {
     Make value;
     Bytes bytes;
 };
+VELLUM_PRINT_CASE_NAME(Constructed)
 
 class ConstructedValues : public ::testing::TestWithParam<Constructed> {};
 

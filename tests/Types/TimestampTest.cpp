@@ -1,5 +1,6 @@
 #include "Vellum/Types/Timestamp.h"
 
+#include "Support/PrintCase.h"
 #include "TypesTestSupport.h"
 
 #include "Vellum/Exceptions/InvalidFormat.h"
@@ -15,6 +16,7 @@ struct Millis {
     std::uint16_t milliseconds;
     std::uint8_t stored;
 };
+VELLUM_PRINT_CASE(Millis, c.milliseconds << " ms")
 
 class TimestampMilliseconds : public ::testing::TestWithParam<Millis> {};
 

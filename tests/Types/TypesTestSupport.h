@@ -1,6 +1,8 @@
 #ifndef VELLUM_TESTS_TYPES_TYPESTESTSUPPORT_H
 #define VELLUM_TESTS_TYPES_TYPESTESTSUPPORT_H
 
+#include "Support/PrintCase.h"
+
 #include "Vellum/DataIO/Memory/MemoryDataSink.h"
 #include "Vellum/Exceptions/BaseException.h"
 #include "Vellum/Types/BaseType.h"
@@ -24,6 +26,7 @@ struct Sample {
     Id::Identifier type;
     Bytes bytes;
 };
+VELLUM_PRINT_CASE_NAME(Sample)
 
 inline Bytes counting(std::size_t n, std::uint8_t first) {
     Bytes out(n);

@@ -1,5 +1,6 @@
 #include "Vellum/Types/Factories/ValueFactory.h"
 
+#include "Support/PrintCase.h"
 #include "TypesTestSupport.h"
 
 #include "Vellum/Exceptions/InvalidFormat.h"
@@ -130,6 +131,7 @@ struct BadValue {
     bool lengthFault; // InvalidLength, else InvalidFormat
     const char* fragment;
 };
+VELLUM_PRINT_CASE_NAME(BadValue)
 
 class BadValues : public ::testing::TestWithParam<BadValue> {};
 
@@ -173,6 +175,7 @@ struct CollectionBytes {
     Bytes bytes;
     std::uint32_t count;
 };
+VELLUM_PRINT_CASE_NAME(CollectionBytes)
 
 class CollectionRoundTrip : public ::testing::TestWithParam<CollectionBytes> {};
 
@@ -219,6 +222,7 @@ struct BadCollection {
     bool lengthFault; // InvalidLength, else InvalidFormat
     const char* fragment;
 };
+VELLUM_PRINT_CASE_NAME(BadCollection)
 
 class BadCollections : public ::testing::TestWithParam<BadCollection> {};
 

@@ -1,3 +1,4 @@
+#include "Support/PrintCase.h"
 #include "Support/Samples.h"
 #include "XMLBuilder/XMLTestSupport.h"
 
@@ -62,6 +63,7 @@ struct Mode {
     bool typed;
     const char* name;
 };
+VELLUM_PRINT_CASE_NAME(Mode)
 
 class SampleExport : public ::testing::TestWithParam<std::tuple<std::string, Mode>> {};
 
