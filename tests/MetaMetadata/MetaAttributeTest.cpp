@@ -88,7 +88,7 @@ TEST(UnknownAttribute, KeepsTagReasonAndLabel) {
 
     const UnknownAttribute withoutLabel(Types::LocalTag(0x3C0A),
                                         UnknownAttribute::LocalTagNotResolved);
-    EXPECT_EQ(static_cast<int>(withoutLabel.reason()), 0);
+    EXPECT_EQ(withoutLabel.reason(), UnknownAttribute::LocalTagNotResolved);
     EXPECT_EQ(withoutLabel.universalLabel(), nullptr);
     EXPECT_TRUE(withoutLabel.localTag().isStaticLocalTag());
 }
@@ -101,8 +101,6 @@ TEST(AttributeRequiredStatus, NamesMatchTheDictionaryFile) {
     EXPECT_STREQ(name(DecoderRequired), "decoder-required");
     EXPECT_STREQ(name(EncoderRequired), "encoder-required");
     EXPECT_EQ(name(static_cast<Status>(5)), nullptr);
-    EXPECT_EQ(static_cast<int>(Required), 0);
-    EXPECT_EQ(static_cast<int>(Optional), 1);
 }
 
 TEST(MetaCollectionElement, RejectsAKindThatIsNoCollection) {
