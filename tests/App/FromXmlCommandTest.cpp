@@ -48,12 +48,16 @@ protected:
     VellumTest::TempDir m_dir;
 };
 
+// Every sample through to-xml and back: the document is complete and imports to the same sets.
 TEST_P(FromXmlOnSample, ImportsWhatToXmlWrote) {
     const auto& [sample, mode] = GetParam();
     const std::string path = VellumTest::sampleDir() + "/" + sample;
     const std::string document = m_dir.file("doc.xml");
     const auto exported = runVellum(concat({"to-xml", path}, mode.options), m_dir);
     ASSERT_EQ(exported.exitCode, 0) << exported.err;
+    EXPECT_EQ(exported.err, "");
+    EXPECT_EQ(exported.out.rfind("<?xml version=\"1.0\" encoding=\"UTF-8\"", 0), 0U);
+    EXPECT_EQ(summariseXml(exported.out).rootName, "s377m:MetadataSets");
     m_dir.write("doc.xml", Bytes(exported.out.begin(), exported.out.end()));
 
     const std::string klv = m_dir.file("header.klv");

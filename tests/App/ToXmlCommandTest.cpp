@@ -1,5 +1,4 @@
 #include "CliSupport.h"
-#include "Support/PrintCase.h"
 #include "Support/Samples.h"
 #include "XmlCheck.h"
 
@@ -12,7 +11,6 @@
 #include <filesystem>
 #include <iterator>
 #include <string>
-#include <tuple>
 #include <vector>
 
 namespace {
@@ -48,40 +46,6 @@ const Bytes identificationKey = {0x06, 0x0E, 0x2B, 0x34, 0x02, 0x53, 0x01, 0x01,
                                  0x0D, 0x01, 0x01, 0x01, 0x01, 0x01, 0x30, 0x00};
 const Bytes as11CoreFrameworkKey = {0x06, 0x0E, 0x2B, 0x34, 0x02, 0x53, 0x01, 0x01,
                                     0x0D, 0x01, 0x07, 0x01, 0x0B, 0x01, 0x01, 0x00};
-
-struct Mode {
-    const char* name;
-    std::vector<std::string> options;
-};
-VELLUM_PRINT_CASE_NAME(Mode)
-
-class ToXmlOnSample : public ::testing::TestWithParam<std::tuple<std::string, Mode>> {
-protected:
-    VellumTest::TempDir m_dir;
-};
-
-TEST_P(ToXmlOnSample, WritesADocumentWithEverySet) {
-    const auto& [sample, mode] = GetParam();
-    const std::string path = VellumTest::sampleDir() + "/" + sample;
-    std::vector<std::string> arguments = {"to-xml", path};
-    arguments.insert(arguments.end(), mode.options.begin(), mode.options.end());
-    const auto run = runVellum(arguments, m_dir);
-    ASSERT_EQ(run.exitCode, 0) << run.err;
-    EXPECT_EQ(run.err, "");
-    EXPECT_EQ(run.out.rfind(utf8Declaration, 0), 0U) << run.out.substr(0, 80);
-    const auto summary = summariseXml(run.out);
-    EXPECT_EQ(summary.rootName, "s377m:MetadataSets");
-    EXPECT_EQ(summary.sets, setCount(path, "header"));
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Samples, ToXmlOnSample,
-    ::testing::Combine(::testing::ValuesIn(VellumTest::sampleNames()),
-                       ::testing::Values(Mode{"untyped", {}},
-                                         Mode{"typed", {"--typed-references"}})),
-    [](const auto& p) {
-        return VellumTest::testName(std::get<0>(p.param)) + "_" + std::get<1>(p.param).name;
-    });
 
 class ToXml : public ::testing::Test {
 protected:

@@ -53,7 +53,7 @@ std::string describe(const MXFFile& file) {
 
 class SampleStructure : public ::testing::TestWithParam<std::string> {};
 
-TEST_P(SampleStructure, PartitionsAgreeWithTheManifest) {
+TEST_P(SampleStructure, PartitionsAndHeaderMetadataAgreeWithTheManifest) {
     const auto expected = manifestPartitions();
     ASSERT_TRUE(expected.count(GetParam())) << "no manifest entry";
     Vellum::DataIO::File::FileDataSource source(sampleDir() + "/" + GetParam());
@@ -64,11 +64,7 @@ TEST_P(SampleStructure, PartitionsAgreeWithTheManifest) {
     for (const auto& p : file.partitions()) {
         EXPECT_EQ(p.thisPartition(), p.offset()) << "partition at " << p.offset();
     }
-}
-
-TEST_P(SampleStructure, HeaderMetadataStartsWithThePrimerAndFillsItsByteCount) {
-    Vellum::DataIO::File::FileDataSource source(sampleDir() + "/" + GetParam());
-    const MXFFile file(source);
+    // The header metadata starts with the primer and fills its byte count.
     const auto& header = file.choosePartition("header");
     const auto metadata = file.readHeaderMetadata(header);
     ASSERT_EQ(metadata.bytes.size(), header.headerByteCount());
