@@ -43,36 +43,30 @@ struct TextKind {
 };
 VELLUM_PRINT_CASE_NAME(TextKind)
 
+// Text to value and back, for the types read and written as dotted hex.
+template <class Value>
+WString viaDottedHex(const WString& text) {
+    return Value(text, DottedHex).toString(DottedHex);
+}
+
+// Text to value and back, for the types with one text form.
+template <class Value>
+WString viaText(const WString& text) {
+    return Value(text).toString();
+}
+
 std::vector<TextKind> textKinds() {
     return {
-        {"UUID", 47,
-         [](const WString& t) {
-             return T::UUID(t, DottedHex).toString(DottedHex);
-         }},
-        {"UniversalLabel", 47,
-         [](const WString& t) {
-             return T::UniversalLabel(t, DottedHex).toString(DottedHex);
-         }},
-        {"UMID32", 95,
-         [](const WString& t) {
-             return T::UMID32(t, DottedHex).toString(DottedHex);
-         }},
-        {"UMID64", 191,
-         [](const WString& t) {
-             return T::UMID64(t, DottedHex).toString(DottedHex);
-         }},
+        {"UUID", 47, viaDottedHex<T::UUID>},
+        {"UniversalLabel", 47, viaDottedHex<T::UniversalLabel>},
+        {"UMID32", 95, viaDottedHex<T::UMID32>},
+        {"UMID64", 191, viaDottedHex<T::UMID64>},
         {"LocalTag", 5,
          [](const WString& t) {
              return T::LocalTag(t, DottedHex).toString();
          }},
-        {"StrongReference", 47,
-         [](const WString& t) {
-             return T::StrongReference(t).toString();
-         }},
-        {"WeakReference", 47,
-         [](const WString& t) {
-             return T::WeakReference(t).toString();
-         }},
+        {"StrongReference", 47, viaText<T::StrongReference>},
+        {"WeakReference", 47, viaText<T::WeakReference>},
     };
 }
 
