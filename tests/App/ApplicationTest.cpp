@@ -10,10 +10,7 @@ namespace {
 using VellumTest::runVellum;
 using Arguments = std::vector<std::string>;
 
-class Application : public ::testing::Test {
-protected:
-    VellumTest::TempDir m_dir;
-};
+using Application = VellumTest::ProgramTest;
 
 TEST_F(Application, EveryWayOfAskingForTheUsageListsTheCommands) {
     for (const Arguments& arguments :

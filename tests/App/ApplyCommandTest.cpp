@@ -54,10 +54,7 @@ bool differsOnlyInHeaderMetadata(const std::string& path, const Bytes& a, const 
     return a.size() == b.size();
 }
 
-class ApplyOnSample : public ::testing::TestWithParam<std::string> {
-protected:
-    VellumTest::TempDir m_dir;
-};
+using ApplyOnSample = VellumTest::ProgramOnSample;
 
 TEST_P(ApplyOnSample, WritesExactlyTheEditIntoACopyAndInPlace) {
     const std::string sample = VellumTest::sampleDir() + "/" + GetParam();
@@ -87,7 +84,7 @@ TEST_P(ApplyOnSample, WritesExactlyTheEditIntoACopyAndInPlace) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Samples, ApplyOnSample, ::testing::ValuesIn(VellumTest::sampleNames()),
-                         [](const auto& param) { return VellumTest::testName(param.param); });
+                         VellumTest::sampleTestName);
 
 class Apply : public ::testing::Test {
 protected:

@@ -17,6 +17,18 @@
 
 namespace VellumTest {
 
+/// A test of the program, with a temporary directory of its own.
+class ProgramTest : public ::testing::Test {
+protected:
+    TempDir m_dir;
+};
+
+/// The same, run for each sample (a file name or a path).
+class ProgramOnSample : public ::testing::TestWithParam<std::string> {
+protected:
+    TempDir m_dir;
+};
+
 /// What one run of the program produced.
 struct ProgramRun {
     int exitCode = -1; ///< the exit status, or -1 if the program did not exit normally

@@ -59,10 +59,7 @@ Dot parseDot(const std::string& text) {
     return dot;
 }
 
-class GraphOnSample : public ::testing::TestWithParam<std::string> {
-protected:
-    VellumTest::TempDir m_dir;
-};
+using GraphOnSample = VellumTest::ProgramOnSample;
 
 TEST_P(GraphOnSample, AllSetsAreNodesAndReferencesAreEdgesOfTheirKind) {
     const auto model = VellumTest::readModel(GetParam());
@@ -152,15 +149,9 @@ TEST_P(GraphOnSample, TheDefaultViewIsWhatThePrefaceReachesAndGraphvizLaysItOut)
 }
 
 INSTANTIATE_TEST_SUITE_P(Corpus, GraphOnSample, ::testing::ValuesIn(VellumTest::corpusPaths()),
-                         [](const auto& p) {
-                             return VellumTest::testName(
-                                 p.param.substr(p.param.find_last_of('/') + 1));
-                         });
+                         VellumTest::sampleTestName);
 
-class Graph : public ::testing::Test {
-protected:
-    VellumTest::TempDir m_dir;
-};
+using Graph = VellumTest::ProgramTest;
 
 TEST_F(Graph, NodesShowTheValuesThatIdentifyASet) {
     const auto run = runVellum({"graph", bitexactSample}, m_dir);

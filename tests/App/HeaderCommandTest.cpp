@@ -24,10 +24,7 @@ Bytes headerBytes(const Bytes& file, std::uint64_t partitionOffset) {
     return Bytes(first, first + static_cast<std::ptrdiff_t>(region.size));
 }
 
-class HeaderOnSample : public ::testing::TestWithParam<std::string> {
-protected:
-    VellumTest::TempDir m_dir;
-};
+using HeaderOnSample = VellumTest::ProgramOnSample;
 
 TEST_P(HeaderOnSample, WritesExactlyTheHeaderMetadataOfTheFile) {
     const std::string path = VellumTest::sampleDir() + "/" + GetParam();
@@ -45,12 +42,9 @@ TEST_P(HeaderOnSample, WritesExactlyTheHeaderMetadataOfTheFile) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Samples, HeaderOnSample, ::testing::ValuesIn(VellumTest::sampleNames()),
-                         [](const auto& p) { return VellumTest::testName(p.param); });
+                         VellumTest::sampleTestName);
 
-class Header : public ::testing::Test {
-protected:
-    VellumTest::TempDir m_dir;
-};
+using Header = VellumTest::ProgramTest;
 
 TEST_F(Header, WritesTheFooterHeaderMetadataWhenAskedFor) {
     // GStreamer repeats the header metadata in its footer partition (the third).

@@ -40,10 +40,7 @@ std::vector<VellumTest::PartitionLine> manifestPartitions(const std::string& sam
     return partitions;
 }
 
-class InfoOnSample : public ::testing::TestWithParam<std::string> {
-protected:
-    VellumTest::TempDir m_dir;
-};
+using InfoOnSample = VellumTest::ProgramOnSample;
 
 TEST_P(InfoOnSample, AgreesWithTheManifestAndCountsEverySet) {
     const auto run = runVellum({"info", VellumTest::sampleDir() + "/" + GetParam()}, m_dir);
@@ -77,12 +74,9 @@ TEST_P(InfoOnSample, AgreesWithTheManifestAndCountsEverySet) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Samples, InfoOnSample, ::testing::ValuesIn(VellumTest::sampleNames()),
-                         [](const auto& p) { return VellumTest::testName(p.param); });
+                         VellumTest::sampleTestName);
 
-class Info : public ::testing::Test {
-protected:
-    VellumTest::TempDir m_dir;
-};
+using Info = VellumTest::ProgramTest;
 
 // The bitexact sample with its first TimecodeComponent given a key no dictionary knows.
 Bytes withPrivateSet() {

@@ -100,10 +100,7 @@ TEST_P(JsonOnSample, DiffOfAFileWithItselfIsEqual) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Corpus, JsonOnSample, ::testing::ValuesIn(VellumTest::corpusPaths()),
-                         [](const auto& p) {
-                             return VellumTest::testName(
-                                 p.param.substr(p.param.find_last_of('/') + 1));
-                         });
+                         VellumTest::sampleTestName);
 
 TEST(Json, DiffListsTheDifferencesOfTheTextWithStatusOne) {
     VellumTest::TempDir dir;

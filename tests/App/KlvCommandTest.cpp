@@ -35,10 +35,7 @@ void expectSameTriplets(const std::vector<TripletLine>& listed,
     }
 }
 
-class KlvOnSample : public ::testing::TestWithParam<std::string> {
-protected:
-    VellumTest::TempDir m_dir;
-};
+using KlvOnSample = VellumTest::ProgramOnSample;
 
 TEST_P(KlvOnSample, ListsExactlyTheTripletsOfAnIndependentWalk) {
     const std::string path = VellumTest::sampleDir() + "/" + GetParam();
@@ -63,12 +60,8 @@ TEST_P(KlvOnSample, ListsExactlyTheTripletsOfAnIndependentWalk) {
     EXPECT_TRUE(primerEarly);
 }
 
-std::string sampleTestName(const ::testing::TestParamInfo<std::string>& sample) {
-    return VellumTest::testName(sample.param);
-}
-
 INSTANTIATE_TEST_SUITE_P(Samples, KlvOnSample, ::testing::ValuesIn(VellumTest::sampleNames()),
-                         sampleTestName);
+                         VellumTest::sampleTestName);
 
 TEST(KlvSamples, AllTwentySamplesAreThere) {
     EXPECT_EQ(VellumTest::sampleNames().size(), 20U);

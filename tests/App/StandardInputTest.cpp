@@ -83,10 +83,7 @@ INSTANTIATE_TEST_SUITE_P(Commands, FromStandardInput, ::testing::ValuesIn(comman
                                     (p.param.throughPipe ? "Pipe" : "Redirect");
                          });
 
-class StandardInput : public ::testing::Test {
-protected:
-    VellumTest::TempDir m_dir;
-};
+using StandardInput = VellumTest::ProgramTest;
 
 TEST_F(StandardInput, FromXmlReadsTheDocument) {
     const auto xml = runVellum({"to-xml", bitexactSample, "-o", m_dir.file("doc.xml")}, m_dir);

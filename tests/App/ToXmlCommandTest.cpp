@@ -47,10 +47,7 @@ const Bytes identificationKey = {0x06, 0x0E, 0x2B, 0x34, 0x02, 0x53, 0x01, 0x01,
 const Bytes as11CoreFrameworkKey = {0x06, 0x0E, 0x2B, 0x34, 0x02, 0x53, 0x01, 0x01,
                                     0x0D, 0x01, 0x07, 0x01, 0x0B, 0x01, 0x01, 0x00};
 
-class ToXml : public ::testing::Test {
-protected:
-    VellumTest::TempDir m_dir;
-};
+using ToXml = VellumTest::ProgramTest;
 
 TEST_F(ToXml, Utf16HasAByteOrderMarkAndTheSameDocument) {
     const auto utf8 = runVellum({"to-xml", bitexactSample}, m_dir);

@@ -462,6 +462,6 @@ TEST_P(SampleUpdate, OwnHeaderMetadataRoundTrips) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Samples, SampleUpdate, ::testing::ValuesIn(sampleNames()),
-                         [](const auto& p) { return testName(p.param); });
+                         VellumTest::sampleTestName);
 
 } // namespace

@@ -73,7 +73,7 @@ TEST_P(SampleStructure, PartitionsAndHeaderMetadataAgreeWithTheManifest) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Samples, SampleStructure, ::testing::ValuesIn(sampleNames()),
-                         [](const auto& p) { return testName(p.param); });
+                         VellumTest::sampleTestName);
 
 TEST(MXFFile, FindsPartitionsThroughEachRoute) {
     for (const bool withRip : {true, false}) {
