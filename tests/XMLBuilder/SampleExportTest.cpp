@@ -99,17 +99,6 @@ INSTANTIATE_TEST_SUITE_P(Samples, SampleExport,
                                     std::get<1>(p.param).name;
                          });
 
-TEST(SampleExport, TextVariantMatchesTheDocument) {
-    auto partition = readSample("ffmpeg-op1a-timecode-usercomments.mxf");
-    WString text;
-    XMLBuilder::partition2XML(partition.get(), false, false, XMLUtils::EncodingType::UTF8, text);
-    const auto document = XMLBuilder::partition2XML(partition.get(), false, false);
-    WString fromDocument;
-    XMLUtils::domToBuffer(document.get(), fromDocument, XMLUtils::EncodingType::UTF8);
-    ASSERT_FALSE(text.empty());
-    EXPECT_EQ(text, fromDocument);
-}
-
 TEST(SampleExport, ConcurrentExportsGiveTheSameDocuments) {
     const std::vector<std::string> names = {"ffmpeg-op1a-mpeg2-pcm-bitexact.mxf",
                                             "gst-mxfmux-multi-mpeg2-pcm-mp3-ac3.mxf"};
