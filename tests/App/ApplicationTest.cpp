@@ -10,10 +10,7 @@ namespace {
 using VellumTest::runVellum;
 using Arguments = std::vector<std::string>;
 
-class Application : public ::testing::Test {
-protected:
-    VellumTest::TempDir m_dir;
-};
+using Application = VellumTest::ProgramTest;
 
 TEST_F(Application, EveryWayOfAskingForTheUsageListsTheCommands) {
     for (const Arguments& arguments :
@@ -35,24 +32,35 @@ TEST_F(Application, EachCommandHasItsOwnHelp) {
     struct Case {
         Arguments arguments;
         std::string synopsis;
+        std::vector<const char*> options; // described below the synopsis
     };
+    const std::string klv = "usage: vellum klv [--limit N] FILE\n";
+    const std::vector<const char*> partition = {"--partition P", "--dictionary FILE"};
+    const std::vector<const char*> xml = {"-o, --output OUT", "--typed-references",
+                                          "--structural-only", "--encoding E", "--compact"};
     const std::vector<Case> cases = {
-        {{"klv", "--help"}, "usage: vellum klv [--limit N] FILE\n"},
-        {{"klv", "-h"}, "usage: vellum klv [--limit N] FILE\n"},
-        {{"klv", "some.mxf", "--help"}, "usage: vellum klv [--limit N] FILE\n"},
-        {{"help", "klv"}, "usage: vellum klv [--limit N] FILE\n"},
-        {{"version", "--help"}, "usage: vellum version\n"},
-        {{"help", "help"}, "usage: vellum help [COMMAND]\n"},
+        {{"klv", "--help"}, klv, {"--limit N"}},
+        {{"klv", "-h"}, klv, {}},
+        {{"klv", "some.mxf", "--help"}, klv, {}},
+        {{"help", "klv"}, klv, {}},
+        {{"version", "--help"}, "usage: vellum version\n", {}},
+        {{"help", "help"}, "usage: vellum help [COMMAND]\n", {}},
         {{"info", "--help"},
-         "usage: vellum info [--partition P] [--dictionary FILE]... [--json] FILE\n"},
+         "usage: vellum info [--partition P] [--dictionary FILE]... [--json] FILE\n",
+         partition},
         {{"help", "sets"},
-         "usage: vellum sets [--partition P] [--dictionary FILE]... [--json] FILE\n"},
+         "usage: vellum sets [--partition P] [--dictionary FILE]... [--json] FILE\n",
+         partition},
         {{"help", "graph"},
          "usage: vellum graph [--partition P] [--dictionary FILE]... [--all-sets] "
-         "[--format dot|svg] [-o OUT] FILE\n"},
+         "[--format dot|svg] [-o OUT] FILE\n",
+         {}},
         {{"header", "-h"},
          "usage: vellum header [--partition P] [--dictionary FILE]... "
-         "[--verbose] -o OUT FILE\n"},
+         "[--verbose] -o OUT FILE\n",
+         {"--partition P", "--dictionary FILE", "-o, --output OUT"}},
+        {{"to-xml", "--help"}, "usage: vellum to-xml ", xml},
+        {{"from-xml", "--help"}, "usage: vellum from-xml ", xml},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.arguments.front() + " " + c.arguments.back());
@@ -60,25 +68,10 @@ TEST_F(Application, EachCommandHasItsOwnHelp) {
         EXPECT_EQ(run.exitCode, 0);
         EXPECT_EQ(run.err, "");
         EXPECT_EQ(run.out.rfind(c.synopsis, 0), 0U) << run.out;
-        EXPECT_NE(run.out.find("-h, --help"), std::string::npos);
-    }
-    EXPECT_NE(runVellum({"klv", "--help"}, m_dir).out.find("--limit N"), std::string::npos);
-    for (const char* command : {"info", "sets", "header"}) {
-        const std::string help = runVellum({command, "--help"}, m_dir).out;
-        EXPECT_NE(help.find("--partition P"), std::string::npos) << command;
-        EXPECT_NE(help.find("--dictionary FILE"), std::string::npos) << command;
-    }
-    for (const char* command : {"header", "to-xml", "from-xml"}) {
-        EXPECT_NE(runVellum({command, "--help"}, m_dir).out.find("-o, --output OUT"),
-                  std::string::npos)
-            << command;
-    }
-    for (const char* command : {"to-xml", "from-xml"}) {
-        const std::string help = runVellum({command, "--help"}, m_dir).out;
-        for (const char* option :
-             {"--typed-references", "--structural-only", "--encoding E", "--compact"}) {
-            EXPECT_NE(help.find(option), std::string::npos) << command << " " << option;
+        for (const char* option : c.options) {
+            EXPECT_NE(run.out.find(option), std::string::npos) << option;
         }
+        EXPECT_NE(run.out.find("-h, --help"), std::string::npos);
     }
     EXPECT_NE(runVellum({"to-xml", "--help"}, m_dir).out.find("--partition P"), std::string::npos);
     EXPECT_NE(runVellum({"from-xml", "--help"}, m_dir).out.find("--xml "), std::string::npos);
@@ -94,29 +87,19 @@ TEST_F(Application, VersionNamesTheProjectVersion) {
 }
 
 TEST_F(Application, BadCommandLinesExitWithStatusTwoAndTheUsage) {
-    struct Case {
-        Arguments arguments;
-        std::string problem;
-        std::string synopsis;
-    };
-    const std::vector<Case> cases = {
-        {{"frob"}, "unknown command 'frob'", "vellum COMMAND"},
-        {{"--frob"}, "unknown option '--frob'", "vellum COMMAND"},
-        {{"help", "frob"}, "unknown command 'frob'", "vellum help [COMMAND]"},
-        {{"help", "klv", "version"}, "unexpected argument 'version'", "vellum help [COMMAND]"},
-        {{"version", "extra"}, "unexpected argument 'extra'", "vellum version"},
-        {{"version", "--help=yes"}, "option '--help' takes no value", "vellum version"},
-        {{"version", "-x"}, "unknown option '-x'", "vellum version"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.problem);
-        const auto run = runVellum(c.arguments, m_dir);
-        EXPECT_EQ(run.exitCode, 2);
-        EXPECT_EQ(run.out, "");
-        EXPECT_TRUE(VellumTest::isOneErrorLine(run.err)) << run.err;
-        EXPECT_NE(run.err.find(c.problem), std::string::npos) << run.err;
-        EXPECT_NE(run.err.find("(usage: " + c.synopsis), std::string::npos) << run.err;
-    }
+    using VellumTest::expectUsageErrors;
+    expectUsageErrors(
+        "", {{{"frob"}, "unknown command 'frob'"}, {{"--frob"}, "unknown option '--frob'"}},
+        "vellum COMMAND", m_dir);
+    expectUsageErrors("help",
+                      {{{"frob"}, "unknown command 'frob'"},
+                       {{"klv", "version"}, "unexpected argument 'version'"}},
+                      "vellum help [COMMAND]", m_dir);
+    expectUsageErrors("version",
+                      {{{"extra"}, "unexpected argument 'extra'"},
+                       {{"--help=yes"}, "option '--help' takes no value"},
+                       {{"-x"}, "unknown option '-x'"}},
+                      "vellum version", m_dir);
 }
 
 } // namespace

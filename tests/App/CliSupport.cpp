@@ -131,6 +131,32 @@ bool isOneErrorLine(const std::string& err) {
            err.back() == '\n';
 }
 
+::testing::AssertionResult failedWith(const ProgramRun& run, int status,
+                                      const std::string& problem) {
+    if (run.exitCode != status || !run.out.empty() || !isOneErrorLine(run.err) ||
+        run.err.find(problem) == std::string::npos) {
+        return ::testing::AssertionFailure()
+               << "expected status " << status << ", no output and one error line naming \""
+               << problem << "\"; got status " << run.exitCode << ", stdout \"" << run.out
+               << "\", stderr \"" << run.err << "\"";
+    }
+    return ::testing::AssertionSuccess();
+}
+
+void expectUsageErrors(const std::string& command, const std::vector<UsageCase>& cases,
+                       const std::string& synopsis, const TempDir& dir) {
+    for (const UsageCase& c : cases) {
+        std::vector<std::string> arguments;
+        if (!command.empty()) {
+            arguments.push_back(command);
+        }
+        arguments.insert(arguments.end(), c.arguments.begin(), c.arguments.end());
+        const auto run = runVellum(arguments, dir);
+        EXPECT_TRUE(failedWith(run, 2, c.problem)) << command;
+        EXPECT_NE(run.err.find("(usage: " + synopsis), std::string::npos) << run.err;
+    }
+}
+
 bool namesOffset(const std::string& text, std::uint64_t offset) {
     const std::string where = "offset " + std::to_string(offset);
     for (std::size_t at = text.find(where); at != std::string::npos;

@@ -3,6 +3,8 @@
 
 #include "Support/TempDir.h"
 
+#include <gtest/gtest.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -14,6 +16,18 @@
 /// walking KLV bytes independently of the library to know what the listings must show.
 
 namespace VellumTest {
+
+/// A test of the program, with a temporary directory of its own.
+class ProgramTest : public ::testing::Test {
+protected:
+    TempDir m_dir;
+};
+
+/// The same, run for each sample (a file name or a path).
+class ProgramOnSample : public ::testing::TestWithParam<std::string> {
+protected:
+    TempDir m_dir;
+};
 
 /// What one run of the program produced.
 struct ProgramRun {
@@ -56,6 +70,22 @@ Walk walkKlv(const std::vector<std::uint8_t>& bytes, std::size_t start);
 
 /// Whether `err` is exactly one line that starts with "vellum: error: ".
 bool isOneErrorLine(const std::string& err);
+
+/// Whether `run` failed as the program fails: exit status `status`, nothing on stdout, and one
+/// error line that holds `problem`.
+::testing::AssertionResult failedWith(const ProgramRun& run, int status,
+                                      const std::string& problem);
+
+/// One command line the program must refuse, and what its error line names.
+struct UsageCase {
+    std::vector<std::string> arguments;
+    std::string problem;
+};
+
+/// Runs `command` (if not empty) followed by each case's arguments; each must fail with status 2
+/// and an error line that ends with the usage starting `synopsis` ("vellum klv [--limit N] FILE").
+void expectUsageErrors(const std::string& command, const std::vector<UsageCase>& cases,
+                       const std::string& synopsis, const TempDir& dir);
 
 /// Whether `text` names "offset <offset>" (and not a longer number that starts alike).
 bool namesOffset(const std::string& text, std::uint64_t offset);

@@ -1,4 +1,5 @@
 #include "CliSupport.h"
+#include "Support/PrintCase.h"
 #include "Support/Samples.h"
 #include "XmlCheck.h"
 
@@ -19,7 +20,6 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 using Vellum::Metadata::PartitionMetadata;
-using VellumTest::isOneErrorLine;
 using VellumTest::normaliseIdentifiers;
 using VellumTest::runVellum;
 using VellumTest::summariseXml;
@@ -41,18 +41,23 @@ struct Mode {
     const char* name;
     std::vector<std::string> options;
 };
+VELLUM_PRINT_CASE_NAME(Mode)
 
 class FromXmlOnSample : public ::testing::TestWithParam<std::tuple<std::string, Mode>> {
 protected:
     VellumTest::TempDir m_dir;
 };
 
+// Every sample through to-xml and back: the document is complete and imports to the same sets.
 TEST_P(FromXmlOnSample, ImportsWhatToXmlWrote) {
     const auto& [sample, mode] = GetParam();
     const std::string path = VellumTest::sampleDir() + "/" + sample;
     const std::string document = m_dir.file("doc.xml");
     const auto exported = runVellum(concat({"to-xml", path}, mode.options), m_dir);
     ASSERT_EQ(exported.exitCode, 0) << exported.err;
+    EXPECT_EQ(exported.err, "");
+    EXPECT_EQ(exported.out.rfind("<?xml version=\"1.0\" encoding=\"UTF-8\"", 0), 0U);
+    EXPECT_EQ(summariseXml(exported.out).rootName, "s377m:MetadataSets");
     m_dir.write("doc.xml", Bytes(exported.out.begin(), exported.out.end()));
 
     const std::string klv = m_dir.file("header.klv");
@@ -209,10 +214,7 @@ TEST_F(FromXml, FailuresExitWithOneLineAndLeaveTheOutputAlone) {
                 asXml ? std::vector<std::string>{"from-xml", "--xml", c.input, "-o", output}
                       : std::vector<std::string>{"from-xml", c.input, "-o", output},
                 m_dir);
-            EXPECT_EQ(run.exitCode, 1);
-            EXPECT_EQ(run.out, "");
-            EXPECT_TRUE(isOneErrorLine(run.err)) << run.err;
-            EXPECT_NE(run.err.find(c.problem), std::string::npos) << run.err;
+            EXPECT_TRUE(VellumTest::failedWith(run, 1, c.problem));
             EXPECT_NE(run.err.find(std::filesystem::path(c.input).filename().string()),
                       std::string::npos)
                 << "names the document: " << run.err;
@@ -228,40 +230,25 @@ TEST_F(FromXml, FailuresExitWithOneLineAndLeaveTheOutputAlone) {
 TEST_F(FromXml, AFaultyDictionaryFails) {
     const auto run = runVellum(
         {"from-xml", "--dictionary", m_dir.file("none.dict"), m_document, "-o", "-"}, m_dir);
-    EXPECT_EQ(run.exitCode, 1);
-    EXPECT_EQ(run.out, "");
-    EXPECT_TRUE(isOneErrorLine(run.err)) << run.err;
-    EXPECT_NE(run.err.find("dictionary"), std::string::npos) << run.err;
+    EXPECT_TRUE(VellumTest::failedWith(run, 1, "dictionary"));
     EXPECT_NE(run.err.find("none.dict"), std::string::npos) << run.err;
 }
 
 TEST_F(FromXml, BadCommandLinesExitWithStatusTwo) {
-    struct Case {
-        std::vector<std::string> arguments;
-        std::string problem;
-    };
-    const std::vector<Case> cases = {
-        {{m_document}, "missing -o OUT"},
-        {{}, "missing DOC"},
-        {{"-o", "x.klv"}, "missing DOC"},
-        {{m_document, "other.xml", "-o", "x.klv"}, "unexpected argument 'other.xml'"},
-        {{m_document, "-o", ""}, "needs a file name"},
-        {{m_document, "-o", "x.klv", "--compact"}, "option '--compact' needs --xml"},
-        {{m_document, "-o", "x.klv", "--typed-references"}, "'--typed-references' needs --xml"},
-        {{m_document, "-o", "x.klv", "--structural-only"}, "'--structural-only' needs --xml"},
-        {{m_document, "-o", "x.klv", "--encoding", "utf-8"}, "'--encoding' needs --xml"},
-        {{m_document, "--xml", "--encoding", "utf-32"}, "needs utf-8 or utf-16, not 'utf-32'"},
-        {{m_document, "--partition", "footer", "-o", "x.klv"}, "unknown option '--partition'"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.problem);
-        const auto run = runVellum(concat({"from-xml"}, c.arguments), m_dir);
-        EXPECT_EQ(run.exitCode, 2);
-        EXPECT_EQ(run.out, "");
-        EXPECT_TRUE(isOneErrorLine(run.err)) << run.err;
-        EXPECT_NE(run.err.find(c.problem), std::string::npos) << run.err;
-        EXPECT_NE(run.err.find("(usage: vellum from-xml"), std::string::npos) << run.err;
-    }
+    VellumTest::expectUsageErrors(
+        "from-xml",
+        {{{m_document}, "missing -o OUT"},
+         {{}, "missing DOC"},
+         {{"-o", "x.klv"}, "missing DOC"},
+         {{m_document, "other.xml", "-o", "x.klv"}, "unexpected argument 'other.xml'"},
+         {{m_document, "-o", ""}, "needs a file name"},
+         {{m_document, "-o", "x.klv", "--compact"}, "option '--compact' needs --xml"},
+         {{m_document, "-o", "x.klv", "--typed-references"}, "'--typed-references' needs --xml"},
+         {{m_document, "-o", "x.klv", "--structural-only"}, "'--structural-only' needs --xml"},
+         {{m_document, "-o", "x.klv", "--encoding", "utf-8"}, "'--encoding' needs --xml"},
+         {{m_document, "--xml", "--encoding", "utf-32"}, "needs utf-8 or utf-16, not 'utf-32'"},
+         {{m_document, "--partition", "footer", "-o", "x.klv"}, "unknown option '--partition'"}},
+        "vellum from-xml", m_dir);
 }
 
 } // namespace

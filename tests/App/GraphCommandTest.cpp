@@ -59,10 +59,7 @@ Dot parseDot(const std::string& text) {
     return dot;
 }
 
-class GraphOnSample : public ::testing::TestWithParam<std::string> {
-protected:
-    VellumTest::TempDir m_dir;
-};
+using GraphOnSample = VellumTest::ProgramOnSample;
 
 TEST_P(GraphOnSample, AllSetsAreNodesAndReferencesAreEdgesOfTheirKind) {
     const auto model = VellumTest::readModel(GetParam());
@@ -152,15 +149,9 @@ TEST_P(GraphOnSample, TheDefaultViewIsWhatThePrefaceReachesAndGraphvizLaysItOut)
 }
 
 INSTANTIATE_TEST_SUITE_P(Corpus, GraphOnSample, ::testing::ValuesIn(VellumTest::corpusPaths()),
-                         [](const auto& p) {
-                             return VellumTest::testName(
-                                 p.param.substr(p.param.find_last_of('/') + 1));
-                         });
+                         VellumTest::sampleTestName);
 
-class Graph : public ::testing::Test {
-protected:
-    VellumTest::TempDir m_dir;
-};
+using Graph = VellumTest::ProgramTest;
 
 TEST_F(Graph, NodesShowTheValuesThatIdentifyASet) {
     const auto run = runVellum({"graph", bitexactSample}, m_dir);
@@ -249,10 +240,7 @@ TEST_F(Graph, OptionsAndFailuresAreReported) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.message);
         const auto run = runVellum(c.arguments, m_dir, {c.environment, "", false});
-        EXPECT_EQ(run.exitCode, c.exitCode);
-        EXPECT_TRUE(VellumTest::isOneErrorLine(run.err)) << run.err;
-        EXPECT_NE(run.err.find(c.message), std::string::npos) << run.err;
-        EXPECT_EQ(run.out, "");
+        EXPECT_TRUE(VellumTest::failedWith(run, c.exitCode, c.message));
     }
 }
 

@@ -13,7 +13,6 @@
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-using VellumTest::isOneErrorLine;
 using VellumTest::runVellum;
 
 const std::string bitexactSample = VellumTest::sampleDir() + "/ffmpeg-op1a-mpeg2-pcm-bitexact.mxf";
@@ -25,10 +24,7 @@ Bytes headerBytes(const Bytes& file, std::uint64_t partitionOffset) {
     return Bytes(first, first + static_cast<std::ptrdiff_t>(region.size));
 }
 
-class HeaderOnSample : public ::testing::TestWithParam<std::string> {
-protected:
-    VellumTest::TempDir m_dir;
-};
+using HeaderOnSample = VellumTest::ProgramOnSample;
 
 TEST_P(HeaderOnSample, WritesExactlyTheHeaderMetadataOfTheFile) {
     const std::string path = VellumTest::sampleDir() + "/" + GetParam();
@@ -46,12 +42,9 @@ TEST_P(HeaderOnSample, WritesExactlyTheHeaderMetadataOfTheFile) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Samples, HeaderOnSample, ::testing::ValuesIn(VellumTest::sampleNames()),
-                         [](const auto& p) { return VellumTest::testName(p.param); });
+                         VellumTest::sampleTestName);
 
-class Header : public ::testing::Test {
-protected:
-    VellumTest::TempDir m_dir;
-};
+using Header = VellumTest::ProgramTest;
 
 TEST_F(Header, WritesTheFooterHeaderMetadataWhenAskedFor) {
     // GStreamer repeats the header metadata in its footer partition (the third).
@@ -100,9 +93,7 @@ TEST_F(Header, AFailureLeavesAnExistingOutputUntouched) {
         m_dir.write("out/old.klv", old);
         const auto run =
             runVellum({"header", m_dir.write(c.name + ".mxf", c.input), "-o", output}, m_dir);
-        EXPECT_EQ(run.exitCode, 1);
-        EXPECT_TRUE(isOneErrorLine(run.err)) << run.err;
-        EXPECT_NE(run.err.find(c.problem), std::string::npos) << run.err;
+        EXPECT_TRUE(VellumTest::failedWith(run, 1, c.problem));
         EXPECT_EQ(VellumTest::readFile(output), old);
         // No temporary file is left beside the output.
         const auto entries =
@@ -131,30 +122,16 @@ TEST_F(Header, VerboseSummarisesOnStdoutOrOnStderrForStandardOutput) {
 }
 
 TEST_F(Header, BadCommandLinesExitWithStatusTwo) {
-    struct Case {
-        std::vector<std::string> arguments;
-        std::string problem;
-    };
-    const std::vector<Case> cases = {
-        {{bitexactSample}, "missing -o OUT"},
-        {{}, "missing FILE"},
-        {{"-o", "x.klv"}, "missing FILE"},
-        {{bitexactSample, "-o"}, "option '--output' needs a value"},
-        {{bitexactSample, "-o", ""}, "needs a file name"},
-        {{bitexactSample, "-o", "a", "--output", "b"}, "given more than once"},
-        {{bitexactSample, "other.mxf", "-o", "a"}, "unexpected argument 'other.mxf'"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.problem);
-        std::vector<std::string> arguments = {"header"};
-        arguments.insert(arguments.end(), c.arguments.begin(), c.arguments.end());
-        const auto run = runVellum(arguments, m_dir);
-        EXPECT_EQ(run.exitCode, 2);
-        EXPECT_EQ(run.out, "");
-        EXPECT_TRUE(isOneErrorLine(run.err)) << run.err;
-        EXPECT_NE(run.err.find(c.problem), std::string::npos) << run.err;
-        EXPECT_NE(run.err.find("(usage: vellum header"), std::string::npos) << run.err;
-    }
+    VellumTest::expectUsageErrors(
+        "header",
+        {{{bitexactSample}, "missing -o OUT"},
+         {{}, "missing FILE"},
+         {{"-o", "x.klv"}, "missing FILE"},
+         {{bitexactSample, "-o"}, "option '--output' needs a value"},
+         {{bitexactSample, "-o", ""}, "needs a file name"},
+         {{bitexactSample, "-o", "a", "--output", "b"}, "given more than once"},
+         {{bitexactSample, "other.mxf", "-o", "a"}, "unexpected argument 'other.mxf'"}},
+        "vellum header", m_dir);
 }
 
 } // namespace

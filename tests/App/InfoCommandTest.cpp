@@ -14,7 +14,6 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 using VellumTest::countAfter;
-using VellumTest::isOneErrorLine;
 using VellumTest::parseInfoSetCounts;
 using VellumTest::runVellum;
 
@@ -41,10 +40,7 @@ std::vector<VellumTest::PartitionLine> manifestPartitions(const std::string& sam
     return partitions;
 }
 
-class InfoOnSample : public ::testing::TestWithParam<std::string> {
-protected:
-    VellumTest::TempDir m_dir;
-};
+using InfoOnSample = VellumTest::ProgramOnSample;
 
 TEST_P(InfoOnSample, AgreesWithTheManifestAndCountsEverySet) {
     const auto run = runVellum({"info", VellumTest::sampleDir() + "/" + GetParam()}, m_dir);
@@ -78,12 +74,9 @@ TEST_P(InfoOnSample, AgreesWithTheManifestAndCountsEverySet) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Samples, InfoOnSample, ::testing::ValuesIn(VellumTest::sampleNames()),
-                         [](const auto& p) { return VellumTest::testName(p.param); });
+                         VellumTest::sampleTestName);
 
-class Info : public ::testing::Test {
-protected:
-    VellumTest::TempDir m_dir;
-};
+using Info = VellumTest::ProgramTest;
 
 // The bitexact sample with its first TimecodeComponent given a key no dictionary knows.
 Bytes withPrivateSet() {
@@ -135,7 +128,7 @@ TEST_F(Info, ListsTheStructureBeforeReportingBrokenHeaderMetadata) {
     EXPECT_NE(run.out.find("problem: "), std::string::npos) << run.out;
     ASSERT_EQ(VellumTest::parseInfoPartitions(run.out).size(), 1U) << run.out;
     EXPECT_EQ(run.out.find("sets by name"), std::string::npos);
-    EXPECT_TRUE(isOneErrorLine(run.err)) << run.err;
+    EXPECT_TRUE(VellumTest::isOneErrorLine(run.err)) << run.err;
     EXPECT_NE(run.err.find("claims 5632 bytes from offset 512"), std::string::npos) << run.err;
 }
 
@@ -176,7 +169,7 @@ TEST_F(Info, HeaderMetadataCommandsReportBadInputInOneLine) {
             arguments.insert(arguments.end(), c.arguments.begin(), c.arguments.end());
             const auto run = runVellum(arguments, m_dir);
             EXPECT_EQ(run.exitCode, 1);
-            EXPECT_TRUE(isOneErrorLine(run.err)) << run.err;
+            EXPECT_TRUE(VellumTest::isOneErrorLine(run.err)) << run.err;
             EXPECT_NE(run.err.find(c.problem), std::string::npos) << run.err;
         }
     }

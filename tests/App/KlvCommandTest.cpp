@@ -1,4 +1,5 @@
 #include "CliSupport.h"
+#include "Support/PrintCase.h"
 #include "Support/Samples.h"
 
 #include <gtest/gtest.h>
@@ -13,7 +14,6 @@
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-using VellumTest::isOneErrorLine;
 using VellumTest::namesOffset;
 using VellumTest::parseListing;
 using VellumTest::runVellum;
@@ -35,10 +35,7 @@ void expectSameTriplets(const std::vector<TripletLine>& listed,
     }
 }
 
-class KlvOnSample : public ::testing::TestWithParam<std::string> {
-protected:
-    VellumTest::TempDir m_dir;
-};
+using KlvOnSample = VellumTest::ProgramOnSample;
 
 TEST_P(KlvOnSample, ListsExactlyTheTripletsOfAnIndependentWalk) {
     const std::string path = VellumTest::sampleDir() + "/" + GetParam();
@@ -63,12 +60,8 @@ TEST_P(KlvOnSample, ListsExactlyTheTripletsOfAnIndependentWalk) {
     EXPECT_TRUE(primerEarly);
 }
 
-std::string sampleTestName(const ::testing::TestParamInfo<std::string>& sample) {
-    return VellumTest::testName(sample.param);
-}
-
 INSTANTIATE_TEST_SUITE_P(Samples, KlvOnSample, ::testing::ValuesIn(VellumTest::sampleNames()),
-                         sampleTestName);
+                         VellumTest::sampleTestName);
 
 TEST(KlvSamples, AllTwentySamplesAreThere) {
     EXPECT_EQ(VellumTest::sampleNames().size(), 20U);
@@ -148,9 +141,7 @@ struct DamageCase {
 };
 
 // Names the case in test listings instead of dumping its bytes.
-void PrintTo(const DamageCase& damage, std::ostream* out) {
-    *out << damage.name;
-}
+VELLUM_PRINT_CASE_NAME(DamageCase)
 
 std::string damageTestName(const ::testing::TestParamInfo<DamageCase>& damage) {
     return damage.param.name;
@@ -189,7 +180,7 @@ TEST_P(KlvOnDamagedFile, ListsTheTripletsBeforeTheFaultThenFails) {
         walk.triplets.begin(), walk.triplets.begin() + static_cast<std::ptrdiff_t>(index));
     expectSameTriplets(parseListing(run.out), before);
     EXPECT_EQ(run.out.find("total:"), std::string::npos);
-    EXPECT_TRUE(isOneErrorLine(run.err)) << run.err;
+    EXPECT_TRUE(VellumTest::isOneErrorLine(run.err)) << run.err;
     EXPECT_TRUE(namesOffset(run.err, broken.offset)) << run.err;
     EXPECT_NE(run.err.find(c.problem), std::string::npos) << run.err;
 }
@@ -233,11 +224,8 @@ TEST_F(Klv, FilesThatAreNotMXFFailClearly) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         const auto run = runVellum({"klv", write(c.name, c.content)}, m_dir);
-        EXPECT_EQ(run.exitCode, 1);
-        EXPECT_EQ(run.out, "");
-        EXPECT_TRUE(isOneErrorLine(run.err)) << run.err;
+        EXPECT_TRUE(VellumTest::failedWith(run, 1, c.problem));
         EXPECT_NE(run.err.find(c.name), std::string::npos) << run.err;
-        EXPECT_NE(run.err.find(c.problem), std::string::npos) << run.err;
     }
 }
 
@@ -252,10 +240,7 @@ TEST_F(Klv, FilesThatCannotBeReadFailClearly) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.path);
-        const auto run = runVellum({"klv", c.path}, m_dir);
-        EXPECT_EQ(run.exitCode, 1);
-        EXPECT_TRUE(isOneErrorLine(run.err)) << run.err;
-        EXPECT_NE(run.err.find(c.problem), std::string::npos) << run.err;
+        EXPECT_TRUE(VellumTest::failedWith(runVellum({"klv", c.path}, m_dir), 1, c.problem));
     }
 }
 
@@ -283,12 +268,8 @@ TEST_F(Klv, ARunInOf65536BytesIsNotMXF) {
     const Bytes sample = VellumTest::readFile(bitexactSample);
     bytes.insert(bytes.end(), sample.begin(), sample.end());
     const auto run = runVellum({"klv", write("long-runin.mxf", bytes)}, m_dir);
-    EXPECT_EQ(run.exitCode, 1);
-    EXPECT_EQ(run.out, "");
-    EXPECT_TRUE(isOneErrorLine(run.err)) << run.err;
-    EXPECT_NE(run.err.find("no partition pack key starts within its first 65536 bytes"),
-              std::string::npos)
-        << run.err;
+    EXPECT_TRUE(VellumTest::failedWith(
+        run, 1, "no partition pack key starts within its first 65536 bytes"));
 }
 
 TEST_F(Klv, LimitStopsAfterNTriplets) {
@@ -317,33 +298,19 @@ TEST_F(Klv, LimitStopsAfterNTriplets) {
 }
 
 TEST_F(Klv, BadArgumentsExitWithStatusTwo) {
-    struct Case {
-        std::vector<std::string> arguments;
-        const char* problem;
-    };
-    const std::vector<Case> cases = {
-        {{}, "missing FILE"},
-        {{"a.mxf", "b.mxf"}, "unexpected argument 'b.mxf'"},
-        {{bitexactSample, "--limit"}, "option '--limit' needs a value"},
-        {{"--limit", "0", bitexactSample}, "needs a whole number from 1 up, not '0'"},
-        {{"--limit", "-3", bitexactSample}, "not '-3'"},
-        {{"--limit=", bitexactSample}, "not ''"},
-        {{"--limit=1x", bitexactSample}, "not '1x'"},
-        {{"--limit", "18446744073709551616", bitexactSample}, "not '18446744073709551616'"},
-        {{"--limit", "1", "--limit", "2", bitexactSample}, "given more than once"},
-        {{"--frob", bitexactSample}, "unknown option '--frob'"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.problem);
-        std::vector<std::string> arguments = {"klv"};
-        arguments.insert(arguments.end(), c.arguments.begin(), c.arguments.end());
-        const auto run = runVellum(arguments, m_dir);
-        EXPECT_EQ(run.exitCode, 2);
-        EXPECT_EQ(run.out, "");
-        EXPECT_TRUE(isOneErrorLine(run.err)) << run.err;
-        EXPECT_NE(run.err.find(c.problem), std::string::npos) << run.err;
-        EXPECT_NE(run.err.find("(usage: vellum klv [--limit N] FILE)"), std::string::npos);
-    }
+    VellumTest::expectUsageErrors(
+        "klv",
+        {{{}, "missing FILE"},
+         {{"a.mxf", "b.mxf"}, "unexpected argument 'b.mxf'"},
+         {{bitexactSample, "--limit"}, "option '--limit' needs a value"},
+         {{"--limit", "0", bitexactSample}, "needs a whole number from 1 up, not '0'"},
+         {{"--limit", "-3", bitexactSample}, "not '-3'"},
+         {{"--limit=", bitexactSample}, "not ''"},
+         {{"--limit=1x", bitexactSample}, "not '1x'"},
+         {{"--limit", "18446744073709551616", bitexactSample}, "not '18446744073709551616'"},
+         {{"--limit", "1", "--limit", "2", bitexactSample}, "given more than once"},
+         {{"--frob", bitexactSample}, "unknown option '--frob'"}},
+        "vellum klv [--limit N] FILE)", m_dir);
 }
 
 TEST_F(Klv, FileNamesStartingWithADashFollowDoubleDash) {

@@ -26,10 +26,7 @@ std::map<std::string, std::string> namesByUid(const std::vector<SetLine>& sets) 
     return names;
 }
 
-class SetsOnSample : public ::testing::TestWithParam<std::string> {
-protected:
-    VellumTest::TempDir m_dir;
-};
+using SetsOnSample = VellumTest::ProgramOnSample;
 
 TEST_P(SetsOnSample, ListsEverySetOnceWithReferencesThatLeadToListedSets) {
     const std::string path = VellumTest::sampleDir() + "/" + GetParam();
@@ -67,12 +64,9 @@ TEST_P(SetsOnSample, ListsEverySetOnceWithReferencesThatLeadToListedSets) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Samples, SetsOnSample, ::testing::ValuesIn(VellumTest::sampleNames()),
-                         [](const auto& p) { return VellumTest::testName(p.param); });
+                         VellumTest::sampleTestName);
 
-class Sets : public ::testing::Test {
-protected:
-    VellumTest::TempDir m_dir;
-};
+using Sets = VellumTest::ProgramTest;
 
 TEST_F(Sets, AReferenceToNoSetIsDanglingAndAnUnknownSetIsListed) {
     Bytes bytes = VellumTest::readFile(bitexactSample);

@@ -1,4 +1,5 @@
 #include "CliSupport.h"
+#include "Support/PrintCase.h"
 #include "Support/Samples.h"
 
 #include <gtest/gtest.h>
@@ -35,6 +36,7 @@ struct Case {
     std::vector<std::string> arguments; ///< "FILE" stands for the input
     bool throughPipe;
 };
+VELLUM_PRINT_CASE(Case, c.arguments.front() << (c.throughPipe ? " through a pipe" : ""))
 
 class FromStandardInput : public ::testing::TestWithParam<Case> {
 protected:
@@ -81,10 +83,7 @@ INSTANTIATE_TEST_SUITE_P(Commands, FromStandardInput, ::testing::ValuesIn(comman
                                     (p.param.throughPipe ? "Pipe" : "Redirect");
                          });
 
-class StandardInput : public ::testing::Test {
-protected:
-    VellumTest::TempDir m_dir;
-};
+using StandardInput = VellumTest::ProgramTest;
 
 TEST_F(StandardInput, FromXmlReadsTheDocument) {
     const auto xml = runVellum({"to-xml", bitexactSample, "-o", m_dir.file("doc.xml")}, m_dir);
@@ -114,9 +113,7 @@ TEST_F(StandardInput, EmptyOrFaultyInputIsAnErrorNamingStandardInput) {
         SCOPED_TRACE(arguments.front());
         const auto run =
             runVellum(arguments, m_dir, {"TMPDIR=" + m_dir.path().string(), input, true});
-        EXPECT_EQ(run.exitCode, 1);
-        EXPECT_TRUE(VellumTest::isOneErrorLine(run.err)) << run.err;
-        EXPECT_NE(run.err.find("standard input"), std::string::npos) << run.err;
+        EXPECT_TRUE(VellumTest::failedWith(run, 1, "standard input"));
         EXPECT_EQ(leftovers(m_dir), 0U);
     }
 }

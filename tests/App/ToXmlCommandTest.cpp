@@ -11,13 +11,11 @@
 #include <filesystem>
 #include <iterator>
 #include <string>
-#include <tuple>
 #include <vector>
 
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-using VellumTest::isOneErrorLine;
 using VellumTest::runVellum;
 using VellumTest::summariseXml;
 
@@ -49,43 +47,7 @@ const Bytes identificationKey = {0x06, 0x0E, 0x2B, 0x34, 0x02, 0x53, 0x01, 0x01,
 const Bytes as11CoreFrameworkKey = {0x06, 0x0E, 0x2B, 0x34, 0x02, 0x53, 0x01, 0x01,
                                     0x0D, 0x01, 0x07, 0x01, 0x0B, 0x01, 0x01, 0x00};
 
-struct Mode {
-    const char* name;
-    std::vector<std::string> options;
-};
-
-class ToXmlOnSample : public ::testing::TestWithParam<std::tuple<std::string, Mode>> {
-protected:
-    VellumTest::TempDir m_dir;
-};
-
-TEST_P(ToXmlOnSample, WritesADocumentWithEverySet) {
-    const auto& [sample, mode] = GetParam();
-    const std::string path = VellumTest::sampleDir() + "/" + sample;
-    std::vector<std::string> arguments = {"to-xml", path};
-    arguments.insert(arguments.end(), mode.options.begin(), mode.options.end());
-    const auto run = runVellum(arguments, m_dir);
-    ASSERT_EQ(run.exitCode, 0) << run.err;
-    EXPECT_EQ(run.err, "");
-    EXPECT_EQ(run.out.rfind(utf8Declaration, 0), 0U) << run.out.substr(0, 80);
-    const auto summary = summariseXml(run.out);
-    EXPECT_EQ(summary.rootName, "s377m:MetadataSets");
-    EXPECT_EQ(summary.sets, setCount(path, "header"));
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Samples, ToXmlOnSample,
-    ::testing::Combine(::testing::ValuesIn(VellumTest::sampleNames()),
-                       ::testing::Values(Mode{"untyped", {}},
-                                         Mode{"typed", {"--typed-references"}})),
-    [](const auto& p) {
-        return VellumTest::testName(std::get<0>(p.param)) + "_" + std::get<1>(p.param).name;
-    });
-
-class ToXml : public ::testing::Test {
-protected:
-    VellumTest::TempDir m_dir;
-};
+using ToXml = VellumTest::ProgramTest;
 
 TEST_F(ToXml, Utf16HasAByteOrderMarkAndTheSameDocument) {
     const auto utf8 = runVellum({"to-xml", bitexactSample}, m_dir);
@@ -142,7 +104,7 @@ TEST_F(ToXml, ReadsTheChosenPartition) {
     }
     const auto body = runVellum({"to-xml", "--partition", "1", path}, m_dir);
     EXPECT_EQ(body.exitCode, 1);
-    EXPECT_TRUE(isOneErrorLine(body.err)) << body.err;
+    EXPECT_TRUE(VellumTest::isOneErrorLine(body.err)) << body.err;
 }
 
 TEST_F(ToXml, StructuralOnlyStopsAtSetsThatAreNotStructural) {
@@ -193,10 +155,7 @@ TEST_F(ToXml, FailuresExitWithOneLineAndLeaveTheOutputAlone) {
         SCOPED_TRACE(c.name);
         m_dir.write("out/old.xml", old);
         const auto run = runVellum({"to-xml", c.input, "-o", output}, m_dir);
-        EXPECT_EQ(run.exitCode, 1);
-        EXPECT_EQ(run.out, "");
-        EXPECT_TRUE(isOneErrorLine(run.err)) << run.err;
-        EXPECT_NE(run.err.find(c.problem), std::string::npos) << run.err;
+        EXPECT_TRUE(VellumTest::failedWith(run, 1, c.problem));
         EXPECT_NE(run.err.find(c.input), std::string::npos) << "names the file: " << run.err;
         EXPECT_EQ(VellumTest::readFile(output), old);
         const auto entries =
@@ -217,42 +176,25 @@ TEST_F(ToXml, AnOutputThatCannotBeWrittenFails) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.output);
-        const auto run = runVellum({"to-xml", bitexactSample, "-o", c.output}, m_dir);
-        EXPECT_EQ(run.exitCode, 1);
-        EXPECT_EQ(run.out, "");
-        EXPECT_TRUE(isOneErrorLine(run.err)) << run.err;
-        EXPECT_NE(run.err.find(c.problem), std::string::npos) << run.err;
+        EXPECT_TRUE(VellumTest::failedWith(
+            runVellum({"to-xml", bitexactSample, "-o", c.output}, m_dir), 1, c.problem));
     }
     EXPECT_TRUE(std::filesystem::is_directory(m_dir.path() / "folder"));
 }
 
 TEST_F(ToXml, BadCommandLinesExitWithStatusTwo) {
-    struct Case {
-        std::vector<std::string> arguments;
-        std::string problem;
-    };
-    const std::vector<Case> cases = {
-        {{}, "missing FILE"},
-        {{bitexactSample, "other.mxf"}, "unexpected argument 'other.mxf'"},
-        {{"--encoding", "latin-1", bitexactSample}, "needs utf-8 or utf-16, not 'latin-1'"},
-        {{"--encoding", "UTF-8", bitexactSample}, "not 'UTF-8'"},
-        {{"--encoding", bitexactSample}, "missing FILE"},
-        {{"-o", "", bitexactSample}, "needs a file name"},
-        {{"--compact=yes", bitexactSample}, "takes no value"},
-        {{"--compact", "--compact", bitexactSample}, "given more than once"},
-        {{"--xml", bitexactSample}, "unknown option '--xml'"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.problem);
-        std::vector<std::string> arguments = {"to-xml"};
-        arguments.insert(arguments.end(), c.arguments.begin(), c.arguments.end());
-        const auto run = runVellum(arguments, m_dir);
-        EXPECT_EQ(run.exitCode, 2);
-        EXPECT_EQ(run.out, "");
-        EXPECT_TRUE(isOneErrorLine(run.err)) << run.err;
-        EXPECT_NE(run.err.find(c.problem), std::string::npos) << run.err;
-        EXPECT_NE(run.err.find("(usage: vellum to-xml"), std::string::npos) << run.err;
-    }
+    VellumTest::expectUsageErrors(
+        "to-xml",
+        {{{}, "missing FILE"},
+         {{bitexactSample, "other.mxf"}, "unexpected argument 'other.mxf'"},
+         {{"--encoding", "latin-1", bitexactSample}, "needs utf-8 or utf-16, not 'latin-1'"},
+         {{"--encoding", "UTF-8", bitexactSample}, "not 'UTF-8'"},
+         {{"--encoding", bitexactSample}, "missing FILE"},
+         {{"-o", "", bitexactSample}, "needs a file name"},
+         {{"--compact=yes", bitexactSample}, "takes no value"},
+         {{"--compact", "--compact", bitexactSample}, "given more than once"},
+         {{"--xml", bitexactSample}, "unknown option '--xml'"}},
+        "vellum to-xml", m_dir);
 }
 
 } // namespace

@@ -1,5 +1,9 @@
 #include "Utils/HexText.h"
 
+#include "Support/PrintCase.h"
+
+#include "Vellum/Utils/StringConversion.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -15,6 +19,7 @@ struct DigitCase {
     char16_t c;
     int value;
 };
+VELLUM_PRINT_CASE(DigitCase, "character " << static_cast<unsigned>(c.c))
 
 class HexDigitValue : public ::testing::TestWithParam<DigitCase> {};
 
@@ -53,6 +58,8 @@ struct DottedCase {
     std::size_t count;
     bool valid;
 };
+VELLUM_PRINT_CASE(DottedCase, Vellum::Utils::wstringToString(Vellum::WString(c.text))
+                                  << " as " << c.count)
 
 class ReadDottedHex : public ::testing::TestWithParam<DottedCase> {};
 

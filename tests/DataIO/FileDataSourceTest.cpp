@@ -1,5 +1,6 @@
 #include "Vellum/DataIO/File/FileDataSource.h"
 
+#include "Support/ExpectThrow.h"
 #include "Support/TempDir.h"
 
 #include "Vellum/Exceptions/IOError.h"
@@ -56,12 +57,8 @@ TEST(FileDataSource, SeeksBackwardsAndForwards) {
 }
 
 TEST(FileDataSource, MissingFileIsAnIOErrorNamingThePath) {
-    try {
-        FileDataSource source("/nonexistent/dir/file.mxf");
-        FAIL() << "nothing thrown";
-    } catch (const Vellum::Exceptions::IOError& e) {
-        EXPECT_NE(e.utf8Message().find("/nonexistent/dir/file.mxf"), std::string::npos);
-    }
+    EXPECT_THROW_MSG_HAS(FileDataSource("/nonexistent/dir/file.mxf"), IOError,
+                         "/nonexistent/dir/file.mxf");
 }
 
 TEST(FileDataSource, EmptyFileHasNothingToRead) {

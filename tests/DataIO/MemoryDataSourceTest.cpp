@@ -1,5 +1,7 @@
 #include "Vellum/DataIO/Memory/MemoryDataSource.h"
 
+#include "Support/ExpectThrow.h"
+
 #include "Vellum/Exceptions/InvalidLength.h"
 
 #include <gtest/gtest.h>
@@ -41,12 +43,8 @@ TEST(MemoryDataSource, PositionsAreAbsolute) {
 TEST(MemoryDataSource, RefusesToReadPastTheEndAndNamesTheOffset) {
     MemoryDataSource source(bytes.data(), bytes.size(), 500);
     source.skip(13);
-    try {
-        source.readUInt32();
-        FAIL() << "nothing thrown";
-    } catch (const InvalidLength& e) {
-        EXPECT_EQ(e.utf8Message(), "read needs 4 bytes at offset 513, but only 2 remain");
-    }
+    EXPECT_THROW_MSG(source.readUInt32(), InvalidLength,
+                     "read needs 4 bytes at offset 513, but only 2 remain");
     EXPECT_EQ(source.position(), 513U) << "a refused read consumes nothing";
     EXPECT_EQ(source.readUInt16(), 0x0E0F);
 }

@@ -1,5 +1,9 @@
 #include "Vellum/KLV/KeyClassification.h"
 
+#include "Support/PrintCase.h"
+
+#include "Vellum/Utils/StringConversion.h"
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -15,6 +19,7 @@ struct KeyCase {
     const char16_t* text;
     bool structural, localSet, fill, partition, primer, rip;
 };
+VELLUM_PRINT_CASE_NAME(KeyCase)
 
 class Classification : public ::testing::TestWithParam<KeyCase> {};
 
@@ -52,6 +57,7 @@ struct SetKeyCase {
     const char16_t* setIdentity;
     bool berItemLengths;
 };
+VELLUM_PRINT_CASE(SetKeyCase, Vellum::Utils::wstringToString(Vellum::WString(c.text)))
 
 class SetKey : public ::testing::TestWithParam<SetKeyCase> {};
 

@@ -1,6 +1,8 @@
 #include "Vellum/MXF/HeaderMetadataRegions.h"
 
 #include "MXF/SyntheticMXF.h"
+#include "Support/ExpectThrow.h"
+#include "Support/PrintCase.h"
 #include "Support/TempDir.h"
 
 #include "Vellum/DataIO/Memory/MemoryDataSource.h"
@@ -30,9 +32,7 @@ struct RegionCase {
     std::uint8_t fillOctets;
 };
 
-void PrintTo(const RegionCase& c, std::ostream* out) {
-    *out << c.name;
-}
+VELLUM_PRINT_CASE_NAME(RegionCase)
 
 FileShape shape(std::uint32_t kag, std::uint64_t spare, int octets = 4, std::uint8_t version = 2,
                 std::size_t runIn = 0) {
@@ -112,12 +112,7 @@ TEST(HeaderMetadataRegions, MalformedRegionsAreNamed) {
           std::pair{noPrimer, "expected the primer pack after the pack of partition 0"}}) {
         MemoryDataSource source(bytes.data(), bytes.size());
         const MXFFile mxf(source);
-        try {
-            HeaderMetadataRegions regions(source, mxf);
-            ADD_FAILURE() << "no exception for " << message;
-        } catch (const Vellum::Exceptions::BaseException& e) {
-            EXPECT_NE(e.utf8Message().find(message), std::string::npos) << e.utf8Message();
-        }
+        EXPECT_THROW_MSG_HAS(HeaderMetadataRegions(source, mxf), BaseException, message);
     }
 }
 

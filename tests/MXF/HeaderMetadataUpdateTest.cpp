@@ -1,6 +1,8 @@
 #include "Vellum/MXF/HeaderMetadataUpdate.h"
 
 #include "MXF/SyntheticMXF.h"
+#include "Support/ExpectThrow.h"
+#include "Support/PrintCase.h"
 #include "Support/Samples.h"
 #include "Support/TempDir.h"
 
@@ -173,9 +175,7 @@ struct InPlaceCase {
     bool fits;
 };
 
-void PrintTo(const InPlaceCase& c, std::ostream* out) {
-    *out << c.name;
-}
+VELLUM_PRINT_CASE_NAME(InPlaceCase)
 
 class InPlace : public ::testing::TestWithParam<InPlaceCase> {};
 
@@ -190,13 +190,8 @@ TEST_P(InPlace, WritesInsideTheRegionsOrNothing) {
             metadataOfSize(regionSize(path, index) + delta, static_cast<std::uint8_t>(index + 1));
     }
     if (!c.fits) {
-        try {
-            HeaderMetadataUpdate::updateInPlace(path, replacements);
-            FAIL() << "no exception";
-        } catch (const Vellum::Exceptions::InvalidLength& e) {
-            EXPECT_NE(e.utf8Message().find("partition "), std::string::npos) << e.utf8Message();
-            EXPECT_NE(e.utf8Message().find("nothing was written"), std::string::npos);
-        }
+        EXPECT_THROW_MSG_HAS(HeaderMetadataUpdate::updateInPlace(path, replacements), InvalidLength,
+                             "(nothing was written): partition ");
         EXPECT_EQ(readFile(path), original);
         return;
     }
@@ -258,9 +253,7 @@ struct RewriteCase {
     std::uint64_t reserve;
 };
 
-void PrintTo(const RewriteCase& c, std::ostream* out) {
-    *out << c.name;
-}
+VELLUM_PRINT_CASE_NAME(RewriteCase)
 
 class Rewrite : public ::testing::TestWithParam<RewriteCase> {};
 
@@ -362,9 +355,7 @@ struct ErrorCase {
     const char* message;
 };
 
-void PrintTo(const ErrorCase& c, std::ostream* out) {
-    *out << c.name;
-}
+VELLUM_PRINT_CASE_NAME(ErrorCase)
 
 class Errors : public ::testing::TestWithParam<ErrorCase> {};
 
@@ -377,16 +368,9 @@ TEST_P(Errors, NameTheProblemAndChangeNothing) {
     const std::string out = dir.write("out.mxf", previousOut);
     const Replacements replacements = {{c.index, c.bytes}};
     for (const bool inPlace : {true, false}) {
-        try {
-            if (inPlace) {
-                HeaderMetadataUpdate::updateInPlace(in, replacements);
-            } else {
-                HeaderMetadataUpdate::rewrite(in, out, replacements, 0);
-            }
-            ADD_FAILURE() << "no exception";
-        } catch (const Vellum::Exceptions::InvalidFormat& e) {
-            EXPECT_NE(e.utf8Message().find(c.message), std::string::npos) << e.utf8Message();
-        }
+        EXPECT_THROW_MSG_HAS(inPlace ? HeaderMetadataUpdate::updateInPlace(in, replacements)
+                                     : HeaderMetadataUpdate::rewrite(in, out, replacements, 0),
+                             InvalidFormat, c.message);
         EXPECT_EQ(readFile(in), original);
         EXPECT_EQ(readFile(out), previousOut);
         EXPECT_EQ(listing(dir), (std::vector<std::string>{"in.mxf", "out.mxf"}));
@@ -434,14 +418,8 @@ TEST(HeaderMetadataUpdate, ComparisonFindsTheFirstDifferenceOutsideTheRegions) {
     const std::size_t essenceByte = w.partitions[1].at + 108 + 2000;
     original[essenceByte] ^= 1;
     const std::string c = dir.write("c.mxf", original);
-    try {
-        HeaderMetadataUpdate::compareOutsideRegions(a, c);
-        FAIL() << "no exception";
-    } catch (const Vellum::Exceptions::InvalidFormat& e) {
-        EXPECT_NE(e.utf8Message().find("offset " + std::to_string(essenceByte) + " of"),
-                  std::string::npos)
-            << e.utf8Message();
-    }
+    EXPECT_THROW_MSG_HAS(HeaderMetadataUpdate::compareOutsideRegions(a, c), InvalidFormat,
+                         "offset " + std::to_string(essenceByte) + " of");
 }
 
 // Each bundled sample with its own header metadata (without trailing fill) as replacement: in
@@ -484,6 +462,6 @@ TEST_P(SampleUpdate, OwnHeaderMetadataRoundTrips) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Samples, SampleUpdate, ::testing::ValuesIn(sampleNames()),
-                         [](const auto& p) { return testName(p.param); });
+                         VellumTest::sampleTestName);
 
 } // namespace

@@ -1,6 +1,8 @@
 #include "Vellum/MXF/MXFFile.h"
 
 #include "MXF/SyntheticMXF.h"
+#include "Support/ExpectThrow.h"
+#include "Support/PrintCase.h"
 #include "Support/Samples.h"
 
 #include "Vellum/DataIO/File/FileDataSource.h"
@@ -51,7 +53,7 @@ std::string describe(const MXFFile& file) {
 
 class SampleStructure : public ::testing::TestWithParam<std::string> {};
 
-TEST_P(SampleStructure, PartitionsAgreeWithTheManifest) {
+TEST_P(SampleStructure, PartitionsAndHeaderMetadataAgreeWithTheManifest) {
     const auto expected = manifestPartitions();
     ASSERT_TRUE(expected.count(GetParam())) << "no manifest entry";
     Vellum::DataIO::File::FileDataSource source(sampleDir() + "/" + GetParam());
@@ -62,11 +64,7 @@ TEST_P(SampleStructure, PartitionsAgreeWithTheManifest) {
     for (const auto& p : file.partitions()) {
         EXPECT_EQ(p.thisPartition(), p.offset()) << "partition at " << p.offset();
     }
-}
-
-TEST_P(SampleStructure, HeaderMetadataStartsWithThePrimerAndFillsItsByteCount) {
-    Vellum::DataIO::File::FileDataSource source(sampleDir() + "/" + GetParam());
-    const MXFFile file(source);
+    // The header metadata starts with the primer and fills its byte count.
     const auto& header = file.choosePartition("header");
     const auto metadata = file.readHeaderMetadata(header);
     ASSERT_EQ(metadata.bytes.size(), header.headerByteCount());
@@ -75,7 +73,7 @@ TEST_P(SampleStructure, HeaderMetadataStartsWithThePrimerAndFillsItsByteCount) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Samples, SampleStructure, ::testing::ValuesIn(sampleNames()),
-                         [](const auto& p) { return testName(p.param); });
+                         VellumTest::sampleTestName);
 
 TEST(MXFFile, FindsPartitionsThroughEachRoute) {
     for (const bool withRip : {true, false}) {
@@ -128,19 +126,16 @@ struct BadFile {
     Bytes bytes;
     const char* messagePart;
 };
+VELLUM_PRINT_CASE_NAME(BadFile)
 
 class MXFFileRefuses : public ::testing::TestWithParam<BadFile> {};
 
 TEST_P(MXFFileRefuses, WithAClearError) {
     const auto& c = GetParam();
-    try {
-        MemoryDataSource source(c.bytes.data(), c.bytes.size());
-        const MXFFile file(source);
-        file.readHeaderMetadata(file.choosePartition("header"));
-        FAIL() << "accepted";
-    } catch (const Vellum::Exceptions::BaseException& e) {
-        EXPECT_NE(e.utf8Message().find(c.messagePart), std::string::npos) << e.utf8Message();
-    }
+    MemoryDataSource source(c.bytes.data(), c.bytes.size());
+    EXPECT_THROW_MSG_HAS(const MXFFile file(source);
+                         file.readHeaderMetadata(file.choosePartition("header")), BaseException,
+                         c.messagePart);
 }
 
 Bytes truncated(Bytes b, std::size_t keep) {

@@ -1,5 +1,8 @@
 #include "Vellum/MetaMetadata/Dictionary.h"
 
+#include "Support/ExpectThrow.h"
+#include "Support/PrintCase.h"
+
 #include "Vellum/Exceptions/IOError.h"
 #include "Vellum/Exceptions/InvalidFormat.h"
 #include "Vellum/MetaMetadata/MetaElement.h"
@@ -291,12 +294,7 @@ TEST(Dictionary, LoadsFilesAndNamesTheMissingOne) {
     const auto d = Dictionary::builtIn();
     d->loadFile(path);
     EXPECT_NE(d->findSet(key(keyA)), nullptr);
-    try {
-        d->loadFile(path + ".missing");
-        FAIL() << "nothing thrown";
-    } catch (const Exceptions::IOError& e) {
-        EXPECT_NE(e.utf8Message().find(".missing"), std::string::npos) << e.utf8Message();
-    }
+    EXPECT_THROW_MSG_HAS(d->loadFile(path + ".missing"), IOError, ".missing");
 }
 
 TEST(Dictionary, DamagedTextsLoadOrFailWithTheSourceNamed) {
@@ -330,25 +328,21 @@ struct ErrorCase {
     const char* fragment;
 };
 
-void PrintTo(const ErrorCase& c, std::ostream* out) {
-    *out << c.name;
-}
+VELLUM_PRINT_CASE_NAME(ErrorCase)
 
 class LoadError : public ::testing::TestWithParam<ErrorCase> {};
 
 TEST_P(LoadError, NamesTheSourceLineAndFault) {
     const ErrorCase& c = GetParam();
     const auto d = Dictionary::builtIn();
-    try {
-        d->loadText(c.text, "user.txt");
-        FAIL() << "nothing thrown";
-    } catch (const Exceptions::InvalidFormat& e) {
-        const std::string message = e.utf8Message();
-        const std::string where =
-            c.line == 0 ? std::string("user.txt: ") : "user.txt:" + std::to_string(c.line) + ": ";
-        EXPECT_EQ(message.rfind(where, 0), 0U) << message;
-        EXPECT_NE(message.find(c.fragment), std::string::npos) << message;
-    }
+    const std::string where =
+        c.line == 0 ? std::string("user.txt: ") : "user.txt:" + std::to_string(c.line) + ": ";
+    EXPECT_TRUE(VellumTest::whenThrown<Exceptions::InvalidFormat>(
+        [&] { d->loadText(c.text, "user.txt"); },
+        [&](const Exceptions::InvalidFormat& e) {
+            EXPECT_EQ(e.utf8Message().rfind(where, 0), 0U) << e.utf8Message();
+            EXPECT_NE(e.utf8Message().find(c.fragment), std::string::npos) << e.utf8Message();
+        }));
     const auto fresh = Dictionary::builtIn();
     EXPECT_EQ(d->setDefinitionCount(), fresh->setDefinitionCount());
     EXPECT_EQ(d->elementDefinitionCount(), fresh->elementDefinitionCount());

@@ -1,5 +1,7 @@
 #include "Vellum/MetaMetadata/MetaElement.h"
 
+#include "Support/PrintCase.h"
+
 #include "Vellum/MetaMetadata/Dictionary.h"
 #include "Vellum/MetaMetadata/MetaCollectionElement.h"
 #include "Vellum/MetaMetadata/MetaMetadataSet.h"
@@ -50,6 +52,7 @@ struct ElementCase {
     AttributeRequiredStatus::Status required;
     int staticTag; // -1: dynamic
 };
+VELLUM_PRINT_CASE(ElementCase, c.test)
 
 class ElementDefinition : public ::testing::TestWithParam<ElementCase> {};
 
@@ -177,8 +180,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Id::Unknown, Id::Unknown, Reference::None, u"", Optional, -1},
         ElementCase{"IndirectIsUnknown", u"ConstantValue", u"Value",
                     u"06.0E.2B.34.01.01.01.02.05.30.05.07.00.00.00.00", u"aaf",
-                    u"urn:AAF:ObjectModel", u"201", Id::Unknown, Id::Unknown,
-                    Reference::None, u"", Required, 0x4D01}),
+                    u"urn:AAF:ObjectModel", u"201", Id::Unknown, Id::Unknown, Reference::None, u"",
+                    Required, 0x4D01}),
     [](const auto& p) { return std::string(p.param.test); });
 
 TEST(MetaElement, SameLabelInSeveralSetsKeepsOneDefinitionPerSet) {

@@ -1,5 +1,7 @@
 #include "Vellum/MetaMetadata/MetaMetadataSet.h"
 
+#include "Support/PrintCase.h"
+
 #include "Vellum/MetaMetadata/Dictionary.h"
 #include "Vellum/MetaMetadata/MetaAttribute.h"
 #include "Vellum/MetaMetadata/MetaElement.h"
@@ -45,6 +47,7 @@ struct SetMapping {
     bool abstract;
     bool structural;
 };
+VELLUM_PRINT_CASE(SetMapping, Vellum::Utils::wstringToString(Vellum::WString(c.set)))
 
 class SetDefinition : public ::testing::TestWithParam<SetMapping> {};
 
@@ -162,6 +165,7 @@ struct InheritedCase {
     const char16_t* ancestor;
     const char16_t* ul;
 };
+VELLUM_PRINT_CASE(InheritedCase, Vellum::Utils::wstringToString(Vellum::WString(c.set)))
 
 class InheritedElement : public ::testing::TestWithParam<InheritedCase> {};
 

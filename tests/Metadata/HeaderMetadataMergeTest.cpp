@@ -97,7 +97,7 @@ TEST_P(MergeOnSample, MakesExactlyTheEditAndKeepsEverythingElseAsStored) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Samples, MergeOnSample, ::testing::ValuesIn(VellumTest::sampleNames()),
-                         [](const auto& param) { return VellumTest::testName(param.param); });
+                         VellumTest::sampleTestName);
 
 TEST(HeaderMetadataMerge, AppliesOnlyTheEditToAnotherVersionOfTheMetadata) {
     const std::string sample = VellumTest::sampleNames().front();

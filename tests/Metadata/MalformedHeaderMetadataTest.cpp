@@ -1,4 +1,6 @@
 #include "Metadata/HeaderMetadataBytes.h"
+#include "Support/ExpectThrow.h"
+#include "Support/PrintCase.h"
 #include "Support/TempDir.h"
 
 #include "Vellum/Exceptions/IOError.h"
@@ -17,24 +19,21 @@ using Vellum::Metadata::PartitionMetadata;
 struct Malformed {
     const char* name;
     Bytes bytes;
-    bool lengthError; // InvalidLength, else InvalidFormat
+    const char* kind;
     const char* messagePart;
 };
+VELLUM_PRINT_CASE_NAME(Malformed)
 
 class MalformedHeaderMetadata : public ::testing::TestWithParam<Malformed> {};
 
 TEST_P(MalformedHeaderMetadata, IsRefusedNamingWhereAndWhat) {
     const auto& c = GetParam();
-    try {
-        PartitionMetadata::read({c.bytes.data(), c.bytes.size()}, 1000,
-                                Vellum::MetaMetadata::Dictionary::builtIn());
-        FAIL() << "accepted";
-    } catch (const Vellum::Exceptions::BaseException& e) {
-        EXPECT_EQ(dynamic_cast<const Vellum::Exceptions::InvalidLength*>(&e) != nullptr,
-                  c.lengthError)
-            << e.utf8Message();
-        EXPECT_NE(e.utf8Message().find(c.messagePart), std::string::npos) << e.utf8Message();
-    }
+    EXPECT_TRUE(VellumTest::throwsNamed(
+        [&] {
+            PartitionMetadata::read({c.bytes.data(), c.bytes.size()}, 1000,
+                                    Vellum::MetaMetadata::Dictionary::builtIn());
+        },
+        c.kind, c.messagePart));
 }
 
 Bytes primerWithOddLength() {
@@ -72,19 +71,24 @@ Bytes truncatedItemHeader() {
 
 INSTANTIATE_TEST_SUITE_P(
     Bytes, MalformedHeaderMetadata,
-    ::testing::Values(
-        Malformed{
-            "empty", {}, false, "must start with the primer pack; found nothing at offset 1000"},
-        Malformed{"noPrimer", klv(prefaceKey, {}), false, "must start with the primer pack"},
-        Malformed{"primerWithOddLength", primerWithOddLength(), true,
-                  "claims 1 entries of 18 bytes, but holds 17"},
-        Malformed{"primerWithWrongItemSize", primerWithWrongItemSize(), true, "says 20"},
-        Malformed{"itemPastItsSet", itemPastItsSet(), true, "claims 40 bytes, but its set"},
-        Malformed{"hugeBERLength", hugeBERLength(), true, "claims 1152921504606846976 bytes"},
-        Malformed{"truncatedItemHeader", truncatedItemHeader(), true,
-                  "local set item header needs 4 bytes"},
-        Malformed{"garbageAfterSets", concat({primer({}), Bytes{0x01, 0x02, 0x03}}), true,
-                  "key needs 16 bytes"}),
+    ::testing::Values(Malformed{"empty",
+                                {},
+                                "InvalidFormat",
+                                "must start with the primer pack; found nothing at offset 1000"},
+                      Malformed{"noPrimer", klv(prefaceKey, {}), "InvalidFormat",
+                                "must start with the primer pack"},
+                      Malformed{"primerWithOddLength", primerWithOddLength(), "InvalidLength",
+                                "claims 1 entries of 18 bytes, but holds 17"},
+                      Malformed{"primerWithWrongItemSize", primerWithWrongItemSize(),
+                                "InvalidLength", "says 20"},
+                      Malformed{"itemPastItsSet", itemPastItsSet(), "InvalidLength",
+                                "claims 40 bytes, but its set"},
+                      Malformed{"hugeBERLength", hugeBERLength(), "InvalidLength",
+                                "claims 1152921504606846976 bytes"},
+                      Malformed{"truncatedItemHeader", truncatedItemHeader(), "InvalidLength",
+                                "local set item header needs 4 bytes"},
+                      Malformed{"garbageAfterSets", concat({primer({}), Bytes{0x01, 0x02, 0x03}}),
+                                "InvalidLength", "key needs 16 bytes"}),
     [](const auto& p) { return p.param.name; });
 
 struct BadFile {
@@ -92,19 +96,16 @@ struct BadFile {
     Bytes bytes;
     const char* messagePart;
 };
+VELLUM_PRINT_CASE_NAME(BadFile)
 
 class MalformedFile : public ::testing::TestWithParam<BadFile> {};
 
 TEST_P(MalformedFile, IsRefusedWithAClearError) {
     TempDir dir;
     const std::string path = dir.write("bad.mxf", GetParam().bytes);
-    try {
-        PartitionMetadata::readFile(path, "header", Vellum::MetaMetadata::Dictionary::builtIn());
-        FAIL() << "accepted";
-    } catch (const Vellum::Exceptions::BaseException& e) {
-        EXPECT_NE(e.utf8Message().find(GetParam().messagePart), std::string::npos)
-            << e.utf8Message();
-    }
+    EXPECT_THROW_MSG_HAS(
+        PartitionMetadata::readFile(path, "header", Vellum::MetaMetadata::Dictionary::builtIn()),
+        BaseException, GetParam().messagePart);
 }
 
 Bytes truncatedPartitionPack() {

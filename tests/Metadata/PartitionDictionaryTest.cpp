@@ -1,5 +1,7 @@
 #include "Vellum/Metadata/PartitionDictionary.h"
 
+#include "Support/ExpectThrow.h"
+
 #include "Vellum/DataIO/Memory/MemoryDataSink.h"
 #include "Vellum/Exceptions/InvalidFormat.h"
 #include "Vellum/Exceptions/NotFoundInPrimer.h"
@@ -51,12 +53,8 @@ TEST(PartitionDictionary, AStaticTagTakenByAnotherLabelFallsBackToADynamicTag) {
 
 TEST(PartitionDictionary, UnknownTagsThrowNotFoundInPrimer) {
     PartitionDictionary primer(MetaMetadata::Dictionary::builtIn());
-    try {
-        primer.find(LocalTag(0x3C0A), false);
-        FAIL() << "found";
-    } catch (const Exceptions::NotFoundInPrimer& e) {
-        EXPECT_EQ(e.utf8Message(), "local tag 3C.0A is not in the primer");
-    }
+    EXPECT_THROW_MSG(primer.find(LocalTag(0x3C0A), false), NotFoundInPrimer,
+                     "local tag 3C.0A is not in the primer");
     EXPECT_EQ(primer.find(LocalTag(0x3C0A), true),
               Metadata::Structural::StructuralMetadataULs::instanceUID())
         << "the dictionary knows the static tag";

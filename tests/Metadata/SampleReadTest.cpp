@@ -127,6 +127,6 @@ TEST_P(SampleRead, EveryStrongReferenceResolvesAndEverySetIsReached) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Samples, SampleRead, ::testing::ValuesIn(VellumTest::sampleNames()),
-                         [](const auto& p) { return VellumTest::testName(p.param); });
+                         VellumTest::sampleTestName);
 
 } // namespace

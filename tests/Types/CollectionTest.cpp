@@ -1,5 +1,6 @@
 #include "Vellum/Types/Collection.h"
 
+#include "Support/ExpectThrow.h"
 #include "TypesTestSupport.h"
 
 #include "Vellum/Exceptions/InvalidFormat.h"
@@ -45,32 +46,31 @@ TEST(Collection, SerialisesCountSizeAndItems) {
 
 TEST(Collection, AppendChecksTypeAndSize) {
     Batch batch(2, Id::UInt16);
-    expectThrowWith<InvalidFormat>([&] { batch.append(std::make_unique<UInt32>(1)); },
-                                   "Batch of UInt16 cannot take an item of UInt32");
-    expectThrowWith<InvalidFormat>([&] { batch.append(nullptr); }, "no item");
+    EXPECT_THROW_MSG_HAS(batch.append(std::make_unique<UInt32>(1)), InvalidFormat,
+                         "Batch of UInt16 cannot take an item of UInt32");
+    EXPECT_THROW_MSG_HAS(batch.append(nullptr), InvalidFormat, "no item");
 
     Array streams(3, Id::DataStream);
     const Bytes three{1, 2, 3};
     streams.append(std::make_unique<DataStream>(three.data(), 3));
-    expectThrowWith<InvalidLength>(
-        [&] { streams.append(std::make_unique<DataStream>(three.data(), 2)); },
-        "items of 3 bytes, not 2");
+    EXPECT_THROW_MSG_HAS(streams.append(std::make_unique<DataStream>(three.data(), 2)),
+                         InvalidLength, "items of 3 bytes, not 2");
     EXPECT_EQ(streams.size(), 1U);
     EXPECT_EQ(batch.size(), 0U);
 }
 
 TEST(Collection, ConstructorChecksItemType) {
-    expectThrowWith<InvalidLength>([] { Batch(4, Id::UInt16); }, "2 bytes, not 4");
-    expectThrowWith<InvalidFormat>([] { Array(4, Id::Float); }, "no value class");
-    expectThrowWith<InvalidFormat>([] { Array(4, Id::Batch); }, "no value class");
+    EXPECT_THROW_MSG_HAS(Batch(4, Id::UInt16), InvalidLength, "2 bytes, not 4");
+    EXPECT_THROW_MSG_HAS(Array(4, Id::Float), InvalidFormat, "no value class");
+    EXPECT_THROW_MSG_HAS(Array(4, Id::Batch), InvalidFormat, "no value class");
 }
 
 TEST(Collection, IndexIsChecked) {
     Batch batch = batchOf({7});
     EXPECT_EQ(dynamic_cast<const UInt16&>(std::as_const(batch).at(0)).value(), 7);
-    expectThrowWith<InvalidLength>([&] { std::as_const(batch).at(1); }, "index 1 is past its 1");
-    expectThrowWith<InvalidLength>([&] { batch.at(0xFFFFFFFFU); }, "index 4294967295");
-    expectThrowWith<InvalidLength>([] { Array(1, Id::UInt8).at(0); }, "past its 0 items");
+    EXPECT_THROW_MSG_HAS(std::as_const(batch).at(1), InvalidLength, "index 1 is past its 1");
+    EXPECT_THROW_MSG_HAS(batch.at(0xFFFFFFFFU), InvalidLength, "index 4294967295");
+    EXPECT_THROW_MSG_HAS(Array(1, Id::UInt8).at(0), InvalidLength, "past its 0 items");
 }
 
 TEST(Collection, CloneIsDeep) {

@@ -1,5 +1,7 @@
 #include "Vellum/Types/IdentifierValue.h"
 
+#include "Support/ExpectThrow.h"
+#include "Support/PrintCase.h"
 #include "TypesTestSupport.h"
 
 #include "Vellum/Exceptions/InvalidFormat.h"
@@ -39,37 +41,32 @@ struct TextKind {
     std::size_t textLength;
     std::function<WString(const WString&)> roundTrip;
 };
+VELLUM_PRINT_CASE_NAME(TextKind)
+
+// Text to value and back, for the types read and written as dotted hex.
+template <class Value>
+WString viaDottedHex(const WString& text) {
+    return Value(text, DottedHex).toString(DottedHex);
+}
+
+// Text to value and back, for the types with one text form.
+template <class Value>
+WString viaText(const WString& text) {
+    return Value(text).toString();
+}
 
 std::vector<TextKind> textKinds() {
     return {
-        {"UUID", 47,
-         [](const WString& t) {
-             return T::UUID(t, DottedHex).toString(DottedHex);
-         }},
-        {"UniversalLabel", 47,
-         [](const WString& t) {
-             return T::UniversalLabel(t, DottedHex).toString(DottedHex);
-         }},
-        {"UMID32", 95,
-         [](const WString& t) {
-             return T::UMID32(t, DottedHex).toString(DottedHex);
-         }},
-        {"UMID64", 191,
-         [](const WString& t) {
-             return T::UMID64(t, DottedHex).toString(DottedHex);
-         }},
+        {"UUID", 47, viaDottedHex<T::UUID>},
+        {"UniversalLabel", 47, viaDottedHex<T::UniversalLabel>},
+        {"UMID32", 95, viaDottedHex<T::UMID32>},
+        {"UMID64", 191, viaDottedHex<T::UMID64>},
         {"LocalTag", 5,
          [](const WString& t) {
              return T::LocalTag(t, DottedHex).toString();
          }},
-        {"StrongReference", 47,
-         [](const WString& t) {
-             return T::StrongReference(t).toString();
-         }},
-        {"WeakReference", 47,
-         [](const WString& t) {
-             return T::WeakReference(t).toString();
-         }},
+        {"StrongReference", 47, viaText<T::StrongReference>},
+        {"WeakReference", 47, viaText<T::WeakReference>},
     };
 }
 
@@ -97,8 +94,8 @@ TEST_P(TextForms, MalformedTextThrowsNamingIt) {
     for (const WString& bad :
          {WString(), good.substr(1), good + u".00", noDot, notHex, WString(good.size(), u'.')}) {
         SCOPED_TRACE(Vellum::Utils::wstringToString(bad));
-        expectThrowWith<InvalidFormat>([&] { k.roundTrip(bad); },
-                                       "'" + Vellum::Utils::wstringToString(bad) + "'");
+        EXPECT_THROW_MSG_HAS(k.roundTrip(bad), InvalidFormat,
+                             "'" + Vellum::Utils::wstringToString(bad) + "'");
     }
 }
 
@@ -110,18 +107,18 @@ TEST(IdentifierValue, ByteAccessIsChecked) {
     uuid[15] = 0xAB;
     EXPECT_EQ(std::as_const(uuid)[15], 0xAB);
     EXPECT_EQ(uuid.toString().substr(42), u"00.AB");
-    expectThrowWith<InvalidLength>([&] { uuid[16] = 1; }, "byte index 16 is outside the 16");
+    EXPECT_THROW_MSG_HAS(uuid[16] = 1, InvalidLength, "byte index 16 is outside the 16");
     const T::UMID64 umid;
-    expectThrowWith<InvalidLength>([&] { umid[64]; }, "64 bytes of a UMID64");
+    EXPECT_THROW_MSG_HAS(umid[64], InvalidLength, "64 bytes of a UMID64");
     EXPECT_EQ(T::UMID32::size(), 32U);
 }
 
 TEST(IdentifierValue, RawBytesMustHaveTheExactLength) {
     const Bytes bytes = counting(17, 0);
     EXPECT_EQ(T::UniversalLabel(bytes.data(), 16)[15], 15);
-    expectThrowWith<InvalidLength>([&] { T::UniversalLabel(bytes.data(), 17); },
-                                   "UniversalLabel has 16 bytes, not 17");
-    expectThrowWith<InvalidFormat>([] { T::UUID(nullptr, 16); }, "no bytes given for a UUID");
+    EXPECT_THROW_MSG_HAS(T::UniversalLabel(bytes.data(), 17), InvalidLength,
+                         "UniversalLabel has 16 bytes, not 17");
+    EXPECT_THROW_MSG_HAS(T::UUID(nullptr, 16), InvalidFormat, "no bytes given for a UUID");
 }
 
 TEST(IdentifierValue, ComparesByteWise) {

@@ -1,5 +1,6 @@
 #include "Vellum/Types/RGBALayout.h"
 
+#include "Support/ExpectThrow.h"
 #include "TypesTestSupport.h"
 
 #include "Vellum/Exceptions/InvalidLength.h"
@@ -24,8 +25,8 @@ TEST(RGBALayout, SlotsMapToBytePairs) {
 
 TEST(RGBALayout, IndexBeyondTheEightSlotsThrows) {
     RGBALayout layout;
-    expectThrowWith<InvalidLength>([&] { layout.set(8, {'R', 8}); }, "index 8 is outside the 8");
-    expectThrowWith<InvalidLength>([&] { layout.get(1000); }, "index 1000");
+    EXPECT_THROW_MSG_HAS(layout.set(8, {'R', 8}), InvalidLength, "index 8 is outside the 8");
+    EXPECT_THROW_MSG_HAS(layout.get(1000), InvalidLength, "index 1000");
     EXPECT_EQ(serialized(layout), Bytes(16, 0));
 }
 

@@ -1,5 +1,7 @@
 #include "Vellum/Types/SimpleDataType.h"
 
+#include "Support/ExpectThrow.h"
+#include "Support/PrintCase.h"
 #include "TypesTestSupport.h"
 
 #include "Vellum/Exceptions/InvalidFormat.h"
@@ -46,6 +48,7 @@ struct Constructed {
     Make value;
     Bytes bytes;
 };
+VELLUM_PRINT_CASE_NAME(Constructed)
 
 class ConstructedValues : public ::testing::TestWithParam<Constructed> {};
 
@@ -100,10 +103,9 @@ TEST(SimpleDataType, StringsReadUpToTheFirstNulButKeepEveryUnit) {
 }
 
 TEST(SimpleDataType, NullBytesWithALengthThrow) {
-    expectThrowWith<Vellum::Exceptions::InvalidFormat>(
-        [] { T::DataStream(nullptr, 3); }, "no bytes given for a DataStream of 3 bytes");
-    expectThrowWith<Vellum::Exceptions::InvalidFormat>(
-        [] { T::J2KQuantisationDefault(1, nullptr, 3); }, "no bytes given");
+    EXPECT_THROW_MSG_HAS(T::DataStream(nullptr, 3), InvalidFormat,
+                         "no bytes given for a DataStream of 3 bytes");
+    EXPECT_THROW_MSG_HAS(T::J2KQuantisationDefault(1, nullptr, 3), InvalidFormat, "no bytes given");
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "Vellum/Types/Timestamp.h"
 
+#include "Support/ExpectThrow.h"
+#include "Support/PrintCase.h"
 #include "TypesTestSupport.h"
 
 #include "Vellum/Exceptions/InvalidFormat.h"
@@ -15,6 +17,7 @@ struct Millis {
     std::uint16_t milliseconds;
     std::uint8_t stored;
 };
+VELLUM_PRINT_CASE(Millis, c.milliseconds << " ms")
 
 class TimestampMilliseconds : public ::testing::TestWithParam<Millis> {};
 
@@ -41,8 +44,8 @@ TEST(Timestamp, StoredCountTimesFourRebuildsTheSameBytes) {
 }
 
 TEST(Timestamp, MillisecondsBeyondOneByteThrow) {
-    expectThrowWith<Vellum::Exceptions::InvalidFormat>([] { Timestamp(2024, 1, 1, 0, 0, 0, 1024); },
-                                                       "milliseconds 1024 exceed 1023");
+    EXPECT_THROW_MSG_HAS(Timestamp(2024, 1, 1, 0, 0, 0, 1024), InvalidFormat,
+                         "milliseconds 1024 exceed 1023");
 }
 
 } // namespace

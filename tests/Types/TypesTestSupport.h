@@ -1,8 +1,9 @@
 #ifndef VELLUM_TESTS_TYPES_TYPESTESTSUPPORT_H
 #define VELLUM_TESTS_TYPES_TYPESTESTSUPPORT_H
 
+#include "Support/PrintCase.h"
+
 #include "Vellum/DataIO/Memory/MemoryDataSink.h"
-#include "Vellum/Exceptions/BaseException.h"
 #include "Vellum/Types/BaseType.h"
 #include "Vellum/Types/Identifiers.h"
 
@@ -24,6 +25,7 @@ struct Sample {
     Id::Identifier type;
     Bytes bytes;
 };
+VELLUM_PRINT_CASE_NAME(Sample)
 
 inline Bytes counting(std::size_t n, std::uint8_t first) {
     Bytes out(n);
@@ -81,20 +83,6 @@ inline Bytes serialized(const Vellum::Types::BaseType& value) {
     Vellum::DataIO::Memory::MemoryDataSink sink;
     value.serialize(sink);
     return sink.release();
-}
-
-/// Runs `action`, expecting it to throw `Exception` with `fragment` in its message.
-template <class Exception, class Action>
-void expectThrowWith(Action&& action, const std::string& fragment) {
-    try {
-        action();
-        ADD_FAILURE() << "no exception; expected one naming '" << fragment << "'";
-    } catch (const Exception& e) {
-        EXPECT_NE(e.utf8Message().find(fragment), std::string::npos)
-            << "message '" << e.utf8Message() << "' does not name '" << fragment << "'";
-    } catch (const Vellum::Exceptions::BaseException& e) {
-        ADD_FAILURE() << "wrong kind " << e.kindName() << ": " << e.utf8Message();
-    }
 }
 
 } // namespace VellumTypesTest

@@ -1,5 +1,6 @@
 #include "Vellum/Types/Factories/UID.h"
 
+#include "Support/ExpectThrow.h"
 #include "TypesTestSupport.h"
 
 #include "Vellum/Exceptions/InvalidFormat.h"
@@ -78,8 +79,8 @@ TEST(UID, NeverRepeatsAcrossCallsAndThreads) {
 }
 
 TEST(UID, OtherVersionsThrow) {
-    expectThrowWith<Vellum::Exceptions::InvalidFormat>(
-        [] { UID::generateUUID(static_cast<UID::TimeSnapVersion>(2)); }, "UUID version 2");
+    EXPECT_THROW_MSG_HAS(UID::generateUUID(static_cast<UID::TimeSnapVersion>(2)), InvalidFormat,
+                         "UUID version 2");
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "Vellum/Types/Factories/ValueFactory.h"
 
+#include "Support/ExpectThrow.h"
+#include "Support/PrintCase.h"
 #include "TypesTestSupport.h"
 
 #include "Vellum/Exceptions/InvalidFormat.h"
@@ -112,8 +114,8 @@ TEST(ValueFactory, RejectsByteCountsThatDoNotFitTheType) {
         for (const std::uint32_t wrong : {0U, *size - 1, *size + 1}) {
             SCOPED_TRACE(std::string(Id::typeName(type)) + " of " + std::to_string(wrong));
             const Bytes bytes(wrong, 0x11);
-            expectThrowWith<InvalidLength>([&] { ValueFactory::create(type, slice(bytes)); },
-                                           Id::typeName(type));
+            EXPECT_THROW_MSG_HAS(ValueFactory::create(type, slice(bytes)), InvalidLength,
+                                 Id::typeName(type));
         }
     }
 }
@@ -122,43 +124,44 @@ struct BadValue {
     const char* name;
     Id::Identifier type;
     Bytes bytes;
-    bool lengthFault; // InvalidLength, else InvalidFormat
+    const char* error; // the kind of exception
     const char* fragment;
 };
+VELLUM_PRINT_CASE_NAME(BadValue)
 
 class BadValues : public ::testing::TestWithParam<BadValue> {};
 
 TEST_P(BadValues, ThrowNamingTheFault) {
     const BadValue& c = GetParam();
-    const auto action = [&] {
-        ValueFactory::create(c.type, slice(c.bytes));
-    };
-    if (c.lengthFault) {
-        expectThrowWith<InvalidLength>(action, c.fragment);
-    } else {
-        expectThrowWith<InvalidFormat>(action, c.fragment);
-    }
+    EXPECT_TRUE(VellumTest::throwsNamed([&] { ValueFactory::create(c.type, slice(c.bytes)); },
+                                        c.error, c.fragment));
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Cases, BadValues,
     ::testing::Values(
-        BadValue{"OddUTF16", Id::UTF16String, {0, 'a', 0}, true, "even number of bytes, not 3"},
+        BadValue{"OddUTF16",
+                 Id::UTF16String,
+                 {0, 'a', 0},
+                 "InvalidLength",
+                 "even number of bytes, not 3"},
         BadValue{"ShortCodingStyle",
                  Id::J2KCodingStyleDefault,
                  {1, 2, 3, 4},
-                 true,
+                 "InvalidLength",
                  "at least 5 bytes, got 4"},
-        BadValue{"EmptyQuantisation", Id::J2KQuantisationDefault, {}, true, "at least 1"},
-        BadValue{"Float", Id::Float, {0, 0, 0, 0}, false, "Float (type number 4)"},
-        BadValue{"Indirect", Id::Indirect, {}, false, "no value class"},
-        BadValue{"PackageID", Id::PackageID, Bytes(32), false, "no value class"},
-        BadValue{"Opaque", Id::Opaque, {}, false, "no value class"},
-        BadValue{"Stream", Id::Stream, {}, false, "no value class"},
-        BadValue{"VariableSize", Id::VariableSize, {1}, false, "no value class"},
-        BadValue{"BatchKind", Id::Batch, Bytes(8), false, "Batch (type number 0)"},
-        BadValue{"ArrayKind", Id::Array, Bytes(8), false, "no value class"},
-        BadValue{"OutOfRange", static_cast<Id::Identifier>(40), {}, false, "type number 40"}),
+        BadValue{
+            "EmptyQuantisation", Id::J2KQuantisationDefault, {}, "InvalidLength", "at least 1"},
+        BadValue{"Float", Id::Float, {0, 0, 0, 0}, "InvalidFormat", "Float (type number 4)"},
+        BadValue{"Indirect", Id::Indirect, {}, "InvalidFormat", "no value class"},
+        BadValue{"PackageID", Id::PackageID, Bytes(32), "InvalidFormat", "no value class"},
+        BadValue{"Opaque", Id::Opaque, {}, "InvalidFormat", "no value class"},
+        BadValue{"Stream", Id::Stream, {}, "InvalidFormat", "no value class"},
+        BadValue{"VariableSize", Id::VariableSize, {1}, "InvalidFormat", "no value class"},
+        BadValue{"BatchKind", Id::Batch, Bytes(8), "InvalidFormat", "Batch (type number 0)"},
+        BadValue{"ArrayKind", Id::Array, Bytes(8), "InvalidFormat", "no value class"},
+        BadValue{
+            "OutOfRange", static_cast<Id::Identifier>(40), {}, "InvalidFormat", "type number 40"}),
     [](const auto& p) { return std::string(p.param.name); });
 
 struct CollectionBytes {
@@ -168,6 +171,7 @@ struct CollectionBytes {
     Bytes bytes;
     std::uint32_t count;
 };
+VELLUM_PRINT_CASE_NAME(CollectionBytes)
 
 class CollectionRoundTrip : public ::testing::TestWithParam<CollectionBytes> {};
 
@@ -211,22 +215,18 @@ struct BadCollection {
     Id::Identifier kind;
     Id::Identifier itemType;
     Bytes bytes;
-    bool lengthFault; // InvalidLength, else InvalidFormat
+    const char* error; // the kind of exception
     const char* fragment;
 };
+VELLUM_PRINT_CASE_NAME(BadCollection)
 
 class BadCollections : public ::testing::TestWithParam<BadCollection> {};
 
 TEST_P(BadCollections, ThrowNamingTheCounts) {
     const BadCollection& c = GetParam();
-    const auto action = [&] {
-        ValueFactory::createCollection(c.kind, c.itemType, slice(c.bytes));
-    };
-    if (c.lengthFault) {
-        expectThrowWith<InvalidLength>(action, c.fragment);
-    } else {
-        expectThrowWith<InvalidFormat>(action, c.fragment);
-    }
+    EXPECT_TRUE(VellumTest::throwsNamed(
+        [&] { ValueFactory::createCollection(c.kind, c.itemType, slice(c.bytes)); }, c.error,
+        c.fragment));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -235,58 +235,59 @@ INSTANTIATE_TEST_SUITE_P(
                                     Id::Batch,
                                     Id::UInt8,
                                     {0, 0, 0, 0, 0, 0, 1},
-                                    true,
+                                    "InvalidLength",
                                     "8-byte header (item count, item size), got 7 bytes"},
-                      BadCollection{"EmptyBuffer", Id::Array, Id::UInt8, {}, true, "got 0 bytes"},
+                      BadCollection{
+                          "EmptyBuffer", Id::Array, Id::UInt8, {}, "InvalidLength", "got 0 bytes"},
                       BadCollection{"ItemsOverrunBuffer",
                                     Id::Batch,
                                     Id::UInt16,
                                     {0, 0, 0, 2, 0, 0, 0, 2, 0, 1, 0},
-                                    true,
+                                    "InvalidLength",
                                     "declares 2 items of 2 bytes, but 3 bytes follow"},
                       BadCollection{"TrailingBytes",
                                     Id::Batch,
                                     Id::UInt8,
                                     {0, 0, 0, 1, 0, 0, 0, 1, 7, 8},
-                                    true,
+                                    "InvalidLength",
                                     "declares 1 items of 1 bytes, but 2 bytes"},
                       BadCollection{"HugeCount",
                                     Id::Array,
                                     Id::UInt16,
                                     {0xFF, 0xFF, 0xFF, 0xFF, 0, 0, 0, 2, 0, 1},
-                                    true,
+                                    "InvalidLength",
                                     "4294967295 items of 2 bytes"},
                       // 0x10000 * 0x10000 is 0 in 32 bits: the check must not wrap.
                       BadCollection{"ProductWrapsIn32Bits",
                                     Id::Batch,
                                     Id::DataStream,
                                     {0, 1, 0, 0, 0, 1, 0, 0},
-                                    true,
+                                    "InvalidLength",
                                     "65536 items of 65536 bytes, but 0 bytes"},
                       BadCollection{"ZeroSizeItems",
                                     Id::Batch,
                                     Id::DataStream,
                                     {0, 0, 0, 5, 0, 0, 0, 0},
-                                    true,
+                                    "InvalidLength",
                                     "5 items of 0 bytes"},
                       BadCollection{"SizeDisagreesWithType",
                                     Id::Array,
                                     Id::UInt16,
                                     {0, 0, 0, 1, 0, 0, 0, 3, 1, 2, 3},
-                                    true,
+                                    "InvalidLength",
                                     "UInt16 has items of 2 bytes, not 3"},
                       BadCollection{"OddUTF16Items",
                                     Id::Array,
                                     Id::UTF16String,
                                     {0, 0, 0, 1, 0, 0, 0, 3, 0, 'a', 0},
-                                    true,
+                                    "InvalidLength",
                                     "item 0 at byte offset 8"},
-                      BadCollection{"NotAKind", Id::UInt16, Id::UInt16, Bytes(8), false,
+                      BadCollection{"NotAKind", Id::UInt16, Id::UInt16, Bytes(8), "InvalidFormat",
                                     "not a collection kind"},
-                      BadCollection{"ItemTypeWithoutClass", Id::Batch, Id::Float, Bytes(8), false,
-                                    "Float, which has no value class"},
-                      BadCollection{"NestedCollection", Id::Batch, Id::Array, Bytes(8), false,
-                                    "Array, which has no value class"}),
+                      BadCollection{"ItemTypeWithoutClass", Id::Batch, Id::Float, Bytes(8),
+                                    "InvalidFormat", "Float, which has no value class"},
+                      BadCollection{"NestedCollection", Id::Batch, Id::Array, Bytes(8),
+                                    "InvalidFormat", "Array, which has no value class"}),
     [](const auto& p) { return std::string(p.param.name); });
 
 } // namespace

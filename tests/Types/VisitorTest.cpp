@@ -71,89 +71,41 @@ struct Record {
     }
 };
 
+// Every concrete value type: each visitor has one slot for each.
+// clang-format off
+#define EVERY_VALUE_TYPE(X) \
+    X(J2KQuantisationDefault) X(J2KCodingStyleDefault) X(J2KPictureComponent) X(DataValue) \
+    X(StrongReference) X(WeakReference) X(Unknown) X(VersionType) X(UUID) X(UTF16String) \
+    X(UTF16) X(UniversalLabel) X(UMID64) X(UMID32) X(UInt8) X(UInt64) X(UInt32) X(UInt16) \
+    X(Timestamp) X(SignalStandard) X(RGBALayout) X(Rational) X(ProductVersion) X(Position) \
+    X(Orientation) X(LocalTag) X(Length) X(ISO7String) X(Int8) X(Int64) X(Int32) X(Int16) \
+    X(DataStream) X(Boolean) X(Batch) X(Array)
+// clang-format on
+
+#define RECORD_CONST(Type)                                                                         \
+    void visit(const T::Type& v) override {                                                        \
+        record.take(v);                                                                            \
+    }
+#define RECORD(Type)                                                                               \
+    void visit(T::Type& v) override {                                                              \
+        record.take(v);                                                                            \
+    }
+
 class RecordingVisitor : public T::Visitors::Visitor {
 public:
     Record record;
-
-    void visit(const T::J2KQuantisationDefault& v) override { record.take(v); }
-    void visit(const T::J2KCodingStyleDefault& v) override { record.take(v); }
-    void visit(const T::J2KPictureComponent& v) override { record.take(v); }
-    void visit(const T::DataValue& v) override { record.take(v); }
-    void visit(const T::StrongReference& v) override { record.take(v); }
-    void visit(const T::WeakReference& v) override { record.take(v); }
-    void visit(const T::Unknown& v) override { record.take(v); }
-    void visit(const T::VersionType& v) override { record.take(v); }
-    void visit(const T::UUID& v) override { record.take(v); }
-    void visit(const T::UTF16String& v) override { record.take(v); }
-    void visit(const T::UTF16& v) override { record.take(v); }
-    void visit(const T::UniversalLabel& v) override { record.take(v); }
-    void visit(const T::UMID64& v) override { record.take(v); }
-    void visit(const T::UMID32& v) override { record.take(v); }
-    void visit(const T::UInt8& v) override { record.take(v); }
-    void visit(const T::UInt64& v) override { record.take(v); }
-    void visit(const T::UInt32& v) override { record.take(v); }
-    void visit(const T::UInt16& v) override { record.take(v); }
-    void visit(const T::Timestamp& v) override { record.take(v); }
-    void visit(const T::SignalStandard& v) override { record.take(v); }
-    void visit(const T::RGBALayout& v) override { record.take(v); }
-    void visit(const T::Rational& v) override { record.take(v); }
-    void visit(const T::ProductVersion& v) override { record.take(v); }
-    void visit(const T::Position& v) override { record.take(v); }
-    void visit(const T::Orientation& v) override { record.take(v); }
-    void visit(const T::LocalTag& v) override { record.take(v); }
-    void visit(const T::Length& v) override { record.take(v); }
-    void visit(const T::ISO7String& v) override { record.take(v); }
-    void visit(const T::Int8& v) override { record.take(v); }
-    void visit(const T::Int64& v) override { record.take(v); }
-    void visit(const T::Int32& v) override { record.take(v); }
-    void visit(const T::Int16& v) override { record.take(v); }
-    void visit(const T::DataStream& v) override { record.take(v); }
-    void visit(const T::Boolean& v) override { record.take(v); }
-    void visit(const T::Batch& v) override { record.take(v); }
-    void visit(const T::Array& v) override { record.take(v); }
+    EVERY_VALUE_TYPE(RECORD_CONST)
 };
 
 class NonConstRecordingVisitor : public T::Visitors::NonConstVisitor {
 public:
     Record record;
-
-    void visit(T::J2KQuantisationDefault& v) override { record.take(v); }
-    void visit(T::J2KCodingStyleDefault& v) override { record.take(v); }
-    void visit(T::J2KPictureComponent& v) override { record.take(v); }
-    void visit(T::DataValue& v) override { record.take(v); }
-    void visit(T::StrongReference& v) override { record.take(v); }
-    void visit(T::WeakReference& v) override { record.take(v); }
-    void visit(T::Unknown& v) override { record.take(v); }
-    void visit(T::VersionType& v) override { record.take(v); }
-    void visit(T::UUID& v) override { record.take(v); }
-    void visit(T::UTF16String& v) override { record.take(v); }
-    void visit(T::UTF16& v) override { record.take(v); }
-    void visit(T::UniversalLabel& v) override { record.take(v); }
-    void visit(T::UMID64& v) override { record.take(v); }
-    void visit(T::UMID32& v) override { record.take(v); }
-    void visit(T::UInt8& v) override { record.take(v); }
-    void visit(T::UInt64& v) override { record.take(v); }
-    void visit(T::UInt32& v) override { record.take(v); }
-    void visit(T::UInt16& v) override { record.take(v); }
-    void visit(T::Timestamp& v) override { record.take(v); }
-    void visit(T::SignalStandard& v) override { record.take(v); }
-    void visit(T::RGBALayout& v) override { record.take(v); }
-    void visit(T::Rational& v) override { record.take(v); }
-    void visit(T::ProductVersion& v) override { record.take(v); }
-    void visit(T::Position& v) override { record.take(v); }
-    void visit(T::Orientation& v) override { record.take(v); }
-    void visit(T::LocalTag& v) override { record.take(v); }
-    void visit(T::Length& v) override { record.take(v); }
-    void visit(T::ISO7String& v) override { record.take(v); }
-    void visit(T::Int8& v) override { record.take(v); }
-    void visit(T::Int64& v) override { record.take(v); }
-    void visit(T::Int32& v) override { record.take(v); }
-    void visit(T::Int16& v) override { record.take(v); }
-    void visit(T::DataStream& v) override { record.take(v); }
-    void visit(T::Boolean& v) override { record.take(v); }
-    void visit(T::Batch& v) override { record.take(v); }
-    void visit(T::Array& v) override { record.take(v); }
+    EVERY_VALUE_TYPE(RECORD)
 };
+
+#undef RECORD
+#undef RECORD_CONST
+#undef EVERY_VALUE_TYPE
 
 // One value of every concrete type, collections included.
 std::vector<std::unique_ptr<T::BaseType>> everyValue() {

@@ -1,3 +1,5 @@
+#include "Support/ExpectThrow.h"
+#include "Support/PrintCase.h"
 #include "XMLBuilder/ImportTestSupport.h"
 
 #include "Vellum/Exceptions/InvalidFormat.h"
@@ -49,6 +51,7 @@ struct SizeCase {
     std::vector<std::string> values;
     bool differing; // the item sizes disagree where they are compared
 };
+VELLUM_PRINT_CASE_NAME(SizeCase)
 
 const SizeCase sizeCases[] = {
     {"EqualLengths", {"abc", "def"}, false},
@@ -80,12 +83,8 @@ INSTANTIATE_TEST_SUITE_P(Cases, VariableSizeItems, ::testing::ValuesIn(sizeCases
 
 TEST(FromXMLElementVisitor, EmptyItemBeforeTheFirstNonEmptyIsNotMeasuredButCannotBeStored) {
     auto partition = probePartition();
-    try {
-        probe(*partition, items("Names", {"", "abc"}));
-        FAIL() << "a batch of 3-byte items cannot hold an empty one";
-    } catch (const Exceptions::InvalidLength& error) {
-        EXPECT_NE(error.utf8Message(), sizeMessage);
-    }
+    EXPECT_THROW_MSG(probe(*partition, items("Names", {"", "abc"})), InvalidLength,
+                     "a Batch of ISO7String has items of 3 bytes, not 0");
 }
 
 TEST(FromXMLElementVisitor, CollectionsWithoutItemsArePresentAndEmpty) {
@@ -131,12 +130,8 @@ TEST(FromXMLElementVisitor, ItemsKeepTheirOrderAndValues) {
 
 TEST(FromXMLElementVisitor, ItemWithoutValueOfAFixedSizeTypeIsRejected) {
     auto partition = probePartition();
-    try {
-        probe(*partition, items("Counts", {"1", ""}));
-        FAIL() << "an item without value";
-    } catch (const Exceptions::InvalidFormat& error) {
-        EXPECT_EQ(error.utf8Message(), "item 2 of probe:Counts holds no value");
-    }
+    EXPECT_THROW_MSG(probe(*partition, items("Counts", {"1", ""})), InvalidFormat,
+                     "item 2 of probe:Counts holds no value");
 }
 
 const Types::UUID& targetOf(const Metadata::MetadataSet& set, const char* name) {
@@ -185,13 +180,9 @@ TEST(FromXMLElementVisitor, SetsWrittenInlineAreMadeAndReferenced) {
 
 TEST(FromXMLElementVisitor, ReferenceElementWithoutAttributeIsAParseError) {
     auto partition = probePartition();
-    try {
-        probe(*partition, "<probe:Friend><probe:ImportProbe_REF/></probe:Friend>");
-        FAIL() << "the reference names no target";
-    } catch (const Exceptions::ParseError& error) {
-        EXPECT_EQ(error.utf8Message(),
-                  "the reference element probe:ImportProbe_REF has no attribute naming its target");
-    }
+    EXPECT_THROW_MSG(
+        probe(*partition, "<probe:Friend><probe:ImportProbe_REF/></probe:Friend>"), ParseError,
+        "the reference element probe:ImportProbe_REF has no attribute naming its target");
 }
 
 } // namespace

@@ -1,9 +1,13 @@
 #include "Vellum/XMLBuilder/FromXMLValueParser.h"
 
+#include "Support/ExpectThrow.h"
+#include "Support/PrintCase.h"
+#include "Utils/HexText.h"
 #include "XMLBuilder/ImportTestSupport.h"
 
 #include "Vellum/Exceptions/InvalidFormat.h"
 #include "Vellum/Exceptions/ParseError.h"
+#include "Vellum/Utils/StringConversion.h"
 
 #include <gtest/gtest.h>
 
@@ -17,13 +21,7 @@ using Types::Identifiers::Identifier;
 using XMLBuilder::FromXMLValueParser;
 
 std::string hex(const std::vector<std::uint8_t>& bytes) {
-    static const char digits[] = "0123456789ABCDEF";
-    std::string out;
-    for (const std::uint8_t b : bytes) {
-        out += digits[b >> 4U];
-        out += digits[b & 0x0FU];
-    }
-    return out;
+    return Utils::wstringToString(Utils::hexText(bytes.data(), bytes.size()));
 }
 
 std::string wrapped(const std::string& inner, const std::string& name = "v") {
@@ -44,6 +42,7 @@ struct ValueCase {
     const char* inner;
     const char* expected;
 };
+VELLUM_PRINT_CASE_NAME(ValueCase)
 
 const ValueCase valueCases[] = {
     {"BooleanZero", Identifier::Boolean, "0", "00"},
@@ -171,6 +170,7 @@ struct ErrorCase {
     const char* message;
     unsigned line;
 };
+VELLUM_PRINT_CASE_NAME(ErrorCase)
 
 const char* const pictureMissing = "domComponentElement != 0: No 'J2KPictureComponent' element "
                                    "from 'PictureComponentSizing' in XML metadata";
@@ -240,14 +240,13 @@ class ValueErrors : public ::testing::TestWithParam<ErrorCase> {};
 TEST_P(ValueErrors, ThrowInvalidFormatWithTheFixedMessageAndLine) {
     const ErrorCase& c = GetParam();
     const VellumTest::ParsedXML xml(wrapped(c.inner));
-    try {
-        FromXMLValueParser::parse(xml.first(), c.type);
-        FAIL() << "no exception for " << c.inner;
-    } catch (const Exceptions::InvalidFormat& error) {
-        EXPECT_EQ(error.utf8Message(), c.message);
-        EXPECT_EQ(error.sourceName(), "Vellum/XMLBuilder/FromXMLElementVisitor");
-        EXPECT_EQ(error.line(), c.line);
-    }
+    EXPECT_TRUE(VellumTest::whenThrown<Exceptions::InvalidFormat>(
+        [&] { FromXMLValueParser::parse(xml.first(), c.type); },
+        [&](const Exceptions::InvalidFormat& e) {
+            EXPECT_EQ(e.utf8Message(), c.message);
+            EXPECT_EQ(e.sourceName(), "Vellum/XMLBuilder/FromXMLElementVisitor");
+            EXPECT_EQ(e.line(), c.line);
+        }));
 }
 
 INSTANTIATE_TEST_SUITE_P(Cases, ValueErrors, ::testing::ValuesIn(errorCases),
@@ -293,14 +292,8 @@ TEST(ValueParser, MalformedIdentifiersAndCalendarFieldsFailInTheValueClasses) {
 TEST(ValueParser, UnboundPartPrefixRaisesTheNamespaceError) {
     const VellumTest::ParsedXML xml(
         R"(<r><v><t:Numerator xmlns:t="urn:SMPTE:Types:MXF">1</t:Numerator></v></r>)");
-    try {
-        FromXMLValueParser::parse(xml.first(), Identifier::Rational);
-        FAIL() << "the prefix types is unbound";
-    } catch (const Exceptions::ParseError& error) {
-        EXPECT_NE(error.utf8Message().find("namespaces(14): the prefix 'types' is not bound at v"),
-                  std::string::npos)
-            << error.utf8Message();
-    }
+    EXPECT_THROW_MSG_HAS(FromXMLValueParser::parse(xml.first(), Identifier::Rational), ParseError,
+                         "namespaces(14): the prefix 'types' is not bound at v");
 }
 
 TEST(ValueParser, HexAndDecimalReaders) {

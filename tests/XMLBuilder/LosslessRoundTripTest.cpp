@@ -1,4 +1,5 @@
 #include "Metadata/HeaderMetadataBytes.h"
+#include "Support/PrintCase.h"
 #include "XMLBuilder/ImportTestSupport.h"
 
 #include "Vellum/MetaMetadata/Dictionary.h"
@@ -30,9 +31,7 @@ struct Case {
     Bytes bytes;
 };
 
-void PrintTo(const Case& c, std::ostream* out) {
-    *out << c.name;
-}
+VELLUM_PRINT_CASE_NAME(Case)
 
 const Case cases[] = {
     {"ControlCharactersAndTerminatorInAString",

@@ -1,5 +1,7 @@
 #include "Vellum/XMLBuilder/NodeSelector.h"
 
+#include "Support/ExpectThrow.h"
+#include "Support/PrintCase.h"
 #include "XMLBuilder/ImportTestSupport.h"
 
 #include "Vellum/Exceptions/ParseError.h"
@@ -22,6 +24,7 @@ struct Case {
     const char16_t* fallback;
     int selected; // the index of the child "./prefix:localName" selects; -1 for none
 };
+VELLUM_PRINT_CASE_NAME(Case)
 
 // What XPath evaluation of "./prefix:localName" selects, the reference of the selections.
 const Case cases[] = {
@@ -75,15 +78,11 @@ INSTANTIATE_TEST_SUITE_P(Cases, Selection, ::testing::ValuesIn(cases),
 TEST(NodeSelector, UnboundPrefixFailsAsXPathDoesNamingThePrefixAndTheElement) {
     const VellumTest::ParsedXML xml("<r>\n  <c><Y/></c></r>");
     const XMLNode& context = xml.first();
-    try {
-        NodeSelector::firstChild(context, u"zz", u"Y");
-        FAIL() << "an unbound prefix must fail";
-    } catch (const Exceptions::ParseError& error) {
-        EXPECT_EQ(error.utf8Message(),
-                  "DOMException:: attempt is made to create or change an object in a way which is "
-                  "incorrect with respect to namespaces(14): the prefix 'zz' is not bound at c, "
-                  "line 2, column 3");
-    }
+    EXPECT_THROW_MSG(
+        NodeSelector::firstChild(context, u"zz", u"Y"), ParseError,
+        "DOMException:: attempt is made to create or change an object in a way which is "
+        "incorrect with respect to namespaces(14): the prefix 'zz' is not bound at c, "
+        "line 2, column 3");
     EXPECT_FALSE(NodeSelector::isPrefixBound(context, u"zz"));
     EXPECT_TRUE(NodeSelector::isPrefixBound(context, u"xml"));
     EXPECT_FALSE(NodeSelector::isPrefixBound(context, u"")) << "no prefix is no binding";

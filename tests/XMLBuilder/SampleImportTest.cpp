@@ -1,3 +1,4 @@
+#include "Support/PrintCase.h"
 #include "Support/Samples.h"
 #include "XMLBuilder/ImportTestSupport.h"
 
@@ -18,6 +19,7 @@ struct Mode {
     bool typed;
     const char* name;
 };
+VELLUM_PRINT_CASE_NAME(Mode)
 
 class SampleImport : public ::testing::TestWithParam<std::tuple<std::string, Mode>> {
 protected:

@@ -1,5 +1,7 @@
 #include "XMLBuilder/StoredBytes.h"
 
+#include "Support/PrintCase.h"
+
 #include "Vellum/DataIO/Slice.h"
 #include "Vellum/Types/Factories/ValueFactory.h"
 
@@ -23,9 +25,7 @@ struct StoredCase {
     bool needed;
 };
 
-void PrintTo(const StoredCase& c, std::ostream* out) {
-    *out << c.name;
-}
+VELLUM_PRINT_CASE_NAME(StoredCase)
 
 // clang-format off
 const StoredCase storedCases[] = {

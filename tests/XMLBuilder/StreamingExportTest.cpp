@@ -1,4 +1,5 @@
 #include "Metadata/HeaderMetadataBytes.h"
+#include "Support/PrintCase.h"
 #include "Support/Samples.h"
 
 #include "Vellum/Exceptions/IOError.h"
@@ -135,9 +136,7 @@ struct Case {
     bool fromLastSet = false; ///< start from the last set rather than the Preface
 };
 
-void PrintTo(const Case& c, std::ostream* out) {
-    *out << c.name;
-}
+VELLUM_PRINT_CASE_NAME(Case)
 
 const Case cases[] = {
     {"EscapedCharacters",

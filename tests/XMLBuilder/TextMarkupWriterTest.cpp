@@ -1,5 +1,6 @@
 #include "XMLBuilder/TextMarkupWriter.h"
 
+#include "Support/PrintCase.h"
 #include "XMLBuilder/DOMMarkupSink.h"
 
 #include "Vellum/Exceptions/InvalidFormat.h"
@@ -78,9 +79,7 @@ struct WriterCase {
     Script script;
 };
 
-void PrintTo(const WriterCase& c, std::ostream* out) {
-    *out << c.name;
-}
+VELLUM_PRINT_CASE_NAME(WriterCase)
 
 const WriterCase writerCases[] = {
     {"EmptyDocumentElement",

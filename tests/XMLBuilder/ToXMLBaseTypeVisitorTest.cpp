@@ -1,5 +1,6 @@
 #include "XMLBuilder/ToXMLBaseTypeVisitor.h"
 
+#include "Support/PrintCase.h"
 #include "XMLBuilder/NamespaceRecord.h"
 #include "XMLBuilder/TextMarkupWriter.h"
 #include "XMLBuilder/XMLNames.h"
@@ -48,6 +49,7 @@ struct TextCase {
     Bytes bytes;
     std::string xml;
 };
+VELLUM_PRINT_CASE_NAME(TextCase)
 
 class ValueText : public ::testing::TestWithParam<TextCase> {};
 

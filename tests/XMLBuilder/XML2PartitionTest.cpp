@@ -1,5 +1,7 @@
 #include "Vellum/XMLBuilder/XML2Partition.h"
 
+#include "Support/ExpectThrow.h"
+#include "Support/PrintCase.h"
 #include "Support/TempDir.h"
 #include "XMLBuilder/ImportTestSupport.h"
 
@@ -97,15 +99,11 @@ TEST(XML2Partition, FloatingContainerNeedsThePrefixGroups) {
 
 TEST(XML2Partition, SetsMadeBeforeAFailureStayInThePartition) {
     auto partition = probePartition();
-    try {
-        importBody("<s377m:Preface/><s377m:Identification/><probe:ImportProbe><probe:Blobs>"
-                   "<probe:Element>ABC</probe:Element></probe:Blobs></"
-                   "probe:ImportProbe><s377m:Identification/>",
-                   *partition);
-        FAIL() << "the third set holds a bad value";
-    } catch (const Exceptions::InvalidFormat& error) {
-        EXPECT_EQ(error.utf8Message(), "Value has invalid Length");
-    }
+    EXPECT_THROW_MSG(importBody("<s377m:Preface/><s377m:Identification/><probe:ImportProbe>"
+                                "<probe:Blobs><probe:Element>ABC</probe:Element></probe:Blobs>"
+                                "</probe:ImportProbe><s377m:Identification/>",
+                                *partition),
+                     InvalidFormat, "Value has invalid Length");
     EXPECT_EQ(partition->sets().size(), 3U);
 }
 
@@ -113,16 +111,15 @@ TEST(XML2Partition, MalformedDocumentIsAParseErrorAfterTheSetsBeforeTheFault) {
     auto partition = VellumTest::emptyPartition();
     const std::string body = "<s377m:Identification/><s377m:Preface><s377m:Identification>"
                              "</s377m:Preface><s377m:Identification/>";
-    try {
-        importBody(body, *partition);
-        FAIL() << "the document is malformed";
-    } catch (const Exceptions::ParseError& error) {
-        const std::size_t column = VellumTest::document(body).find("</s377m:Preface>") + 3;
-        EXPECT_EQ(error.utf8Message(),
-                  "XML buffer, line 1, column " + std::to_string(column) +
-                      ": mismatched tag: the end tag of 's377m:Identification' was expected");
-        EXPECT_EQ(error.sourceName(), "Vellum/XMLBuilder/XMLStreamReader");
-    }
+    const std::size_t column = VellumTest::document(body).find("</s377m:Preface>") + 3;
+    EXPECT_TRUE(VellumTest::whenThrown<Exceptions::ParseError>(
+        [&] { importBody(body, *partition); },
+        [&](const Exceptions::ParseError& e) {
+            EXPECT_EQ(e.utf8Message(),
+                      "XML buffer, line 1, column " + std::to_string(column) +
+                          ": mismatched tag: the end tag of 's377m:Identification' was expected");
+            EXPECT_EQ(e.sourceName(), "Vellum/XMLBuilder/XMLStreamReader");
+        }));
     EXPECT_EQ(partition->sets().size(), 1U) << "the set read before the fault stays";
 }
 
@@ -143,6 +140,7 @@ struct FailureCase {
     const char* kind;
     std::string fragment;
 };
+VELLUM_PRINT_CASE_NAME(FailureCase)
 
 const std::string withoutTypes =
     R"(<s377m:MetadataSets xmlns:s377m="urn:SMPTE:S377M"><s377m:Identification><s377m:ModificationDate>)"
@@ -203,15 +201,13 @@ class ImportFailures : public ::testing::TestWithParam<FailureCase> {};
 TEST_P(ImportFailures, ReachTheCallerAsToolkitExceptions) {
     const FailureCase& c = GetParam();
     auto partition = probePartition();
-    try {
-        XML2Partition::getPartitionMetadataFromBuffer(
-            reinterpret_cast<const std::uint8_t*>(c.xml.data()),
-            static_cast<std::uint32_t>(c.xml.size()), partition.get());
-        FAIL() << "no exception";
-    } catch (const Exceptions::BaseException& error) {
-        EXPECT_STREQ(error.kindName(), c.kind) << error.utf8Message();
-        EXPECT_NE(error.utf8Message().find(c.fragment), std::string::npos) << error.utf8Message();
-    }
+    EXPECT_TRUE(VellumTest::throwsNamed(
+        [&] {
+            XML2Partition::getPartitionMetadataFromBuffer(
+                reinterpret_cast<const std::uint8_t*>(c.xml.data()),
+                static_cast<std::uint32_t>(c.xml.size()), partition.get());
+        },
+        c.kind, c.fragment));
 }
 
 INSTANTIATE_TEST_SUITE_P(Cases, ImportFailures, ::testing::ValuesIn(failureCases),
@@ -228,6 +224,7 @@ struct TextCase {
     const char* name;
     std::u16string prologue;
 };
+VELLUM_PRINT_CASE_NAME(TextCase)
 
 const TextCase textCases[] = {
     {"DeclaresUTF8", u"<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"no\" ?>\n"},

@@ -1,5 +1,7 @@
 #include "XMLBuilder/XMLStreamReader.h"
 
+#include "Support/ExpectThrow.h"
+#include "Support/PrintCase.h"
 #include "Support/TempDir.h"
 #include "XMLBuilder/ImportTestSupport.h"
 
@@ -24,6 +26,7 @@ struct TextCase {
     const char* inner; // the content of <v>
     const char16_t* text;
 };
+VELLUM_PRINT_CASE_NAME(TextCase)
 
 const TextCase textCases[] = {
     {"Plain", "abc", u"abc"},
@@ -169,6 +172,7 @@ struct FailureCase {
     const char* name;
     std::size_t units;
 };
+VELLUM_PRINT_CASE_NAME(FailureCase)
 
 class HandlerFailure : public ::testing::TestWithParam<FailureCase> {};
 
@@ -193,14 +197,9 @@ TEST(XMLStreamReader, UnitsBeforeAFaultOfALargeDocumentAreHandedOverFirst) {
     const std::string xml = manyUnits(units, "<open>");
     Recorder recorder;
     XMLStreamReader reader(recorder);
-    try {
-        reader.readBuffer(reinterpret_cast<const std::uint8_t*>(xml.data()), xml.size());
-        FAIL() << "the document is malformed";
-    } catch (const Exceptions::ParseError& error) {
-        EXPECT_NE(error.utf8Message().find("mismatched tag: the end tag of 'open' was expected"),
-                  std::string::npos)
-            << error.utf8Message();
-    }
+    EXPECT_THROW_MSG_HAS(
+        reader.readBuffer(reinterpret_cast<const std::uint8_t*>(xml.data()), xml.size()),
+        ParseError, "mismatched tag: the end tag of 'open' was expected");
     EXPECT_EQ(recorder.units, expectedUnits(units));
 }
 
@@ -220,6 +219,7 @@ struct ErrorCase {
     std::string xml;
     std::string message; // the whole message
 };
+VELLUM_PRINT_CASE_NAME(ErrorCase)
 
 const ErrorCase errorCases[] = {
     {"Empty", "", "XML buffer, line 1, column 1: no element found"},
@@ -255,12 +255,7 @@ class Errors : public ::testing::TestWithParam<ErrorCase> {};
 
 TEST_P(Errors, AreParseErrorsNamingThePlace) {
     const ErrorCase& c = GetParam();
-    try {
-        const VellumTest::ParsedXML xml(c.xml);
-        FAIL() << "no exception";
-    } catch (const Exceptions::ParseError& error) {
-        EXPECT_EQ(error.utf8Message(), c.message);
-    }
+    EXPECT_THROW_MSG(VellumTest::ParsedXML{c.xml}, ParseError, c.message);
 }
 
 INSTANTIATE_TEST_SUITE_P(Cases, Errors, ::testing::ValuesIn(errorCases),
@@ -300,32 +295,22 @@ TEST(XMLStreamReader, LongTokensSpanningManyPiecesAreRead) {
 TEST(XMLStreamReader, FilesAreReadAndTheirFaultsNamed) {
     const VellumTest::TempDir directory;
     const std::string xml = "<r>\n<v>file</v>\n<v></r>";
-    const WString path = Utils::stringToWstring(
-        directory.write("doc.xml", std::vector<std::uint8_t>(xml.begin(), xml.end())).c_str());
+    const std::string path =
+        directory.write("doc.xml", std::vector<std::uint8_t>(xml.begin(), xml.end()));
+    const std::string missing = directory.file("missing.xml");
+    const std::string folder = directory.path().string();
+    const auto wide = [](const std::string& s) {
+        return Utils::stringToWstring(s.c_str());
+    };
     Recorder recorder;
     XMLStreamReader reader(recorder);
-    try {
-        reader.readFile(path);
-        FAIL() << "the document is malformed";
-    } catch (const Exceptions::ParseError& error) {
-        EXPECT_EQ(error.message(),
-                  path + u", line 3, column 6: mismatched tag: the end tag of 'v' was expected");
-    }
+    EXPECT_THROW_MSG(reader.readFile(wide(path)), ParseError,
+                     path + ", line 3, column 6: mismatched tag: the end tag of 'v' was expected");
     EXPECT_EQ(recorder.units.size(), 1U);
-    const WString missing = Utils::stringToWstring(directory.file("missing.xml").c_str());
-    try {
-        reader.readFile(missing);
-        FAIL() << "the file is missing";
-    } catch (const Exceptions::ParseError& error) {
-        EXPECT_EQ(error.message(), missing + u": cannot open the file: No such file or directory");
-    }
-    const WString folder = Utils::stringToWstring(directory.path().string().c_str());
-    try {
-        reader.readFile(folder);
-        FAIL() << "a directory is no document";
-    } catch (const Exceptions::ParseError& error) {
-        EXPECT_EQ(error.message(), folder + u": cannot read the file: Is a directory");
-    }
+    EXPECT_THROW_MSG(reader.readFile(wide(missing)), ParseError,
+                     missing + ": cannot open the file: No such file or directory");
+    EXPECT_THROW_MSG(reader.readFile(wide(folder)), ParseError,
+                     folder + ": cannot read the file: Is a directory");
 }
 
 } // namespace

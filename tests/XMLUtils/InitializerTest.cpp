@@ -1,5 +1,6 @@
 #include "Vellum/XMLUtils/Initializer.h"
 
+#include "Support/PrintCase.h"
 #include "XMLTestSupport.h"
 
 #include "Vellum/Exceptions/ParseError.h"
@@ -93,9 +94,7 @@ struct HostileCase {
     const char* expected; ///< part of the translated message
 };
 
-void PrintTo(const HostileCase& c, std::ostream* os) {
-    *os << c.name;
-}
+VELLUM_PRINT_CASE_NAME(HostileCase)
 
 class HostileDocument : public ::testing::TestWithParam<HostileCase> {};
 

@@ -1,5 +1,7 @@
 #include "Vellum/XMLUtils/UnicodeString.h"
 
+#include "Support/PrintCase.h"
+
 #include <gtest/gtest.h>
 
 #include <ostream>
@@ -17,9 +19,7 @@ struct TextCase {
     std::wstring wide;
 };
 
-void PrintTo(const TextCase& c, std::ostream* os) {
-    *os << c.name;
-}
+VELLUM_PRINT_CASE_NAME(TextCase)
 
 class UnicodeStringRoundTrip : public ::testing::TestWithParam<TextCase> {};
 

@@ -1,5 +1,7 @@
 #include "Vellum/XMLUtils/Utils.h"
 
+#include "Support/ExpectThrow.h"
+#include "Support/PrintCase.h"
 #include "XMLTestSupport.h"
 
 #include "Vellum/Exceptions/InvalidFormat.h"
@@ -43,9 +45,7 @@ struct LadderCase {
     bool atTranslationSite; ///< located at Utils:207 rather than at the entry
 };
 
-void PrintTo(const LadderCase& c, std::ostream* os) {
-    *os << c.name;
-}
+VELLUM_PRINT_CASE_NAME(LadderCase)
 
 class TranslationLadder : public ::testing::TestWithParam<LadderCase> {
 protected:
@@ -128,29 +128,27 @@ TEST_F(TranslationLadder, MessageBuildersGiveTheDocumentedLayout) {
 }
 
 TEST_F(TranslationLadder, ToolkitExceptionsPassUnchanged) {
-    try {
-        try {
-            VELLUM_THROW(InvalidFormat, "the tag is wrong");
-        } catch (...) {
-            rethrowTranslated("entry.cpp", 11);
-        }
-        FAIL() << "nothing thrown";
-    } catch (const Vellum::Exceptions::InvalidFormat& error) {
-        EXPECT_EQ(error.utf8Message(), "the tag is wrong");
-        EXPECT_EQ(error.sourceName(), "tests/XMLUtils/UtilsTest.cpp");
-    }
+    EXPECT_TRUE(VellumTest::whenThrown<Vellum::Exceptions::InvalidFormat>(
+        [] {
+            try {
+                VELLUM_THROW(InvalidFormat, "the tag is wrong");
+            } catch (...) {
+                rethrowTranslated("entry.cpp", 11);
+            }
+        },
+        [&](const Vellum::Exceptions::InvalidFormat& e) {
+            EXPECT_EQ(e.utf8Message(), "the tag is wrong");
+            EXPECT_EQ(e.sourceName(), "tests/XMLUtils/UtilsTest.cpp");
+        }));
 }
 
 TEST_F(TranslationLadder, CalledWithoutAnExceptionStillThrows) {
-    bool caught = false;
-    try {
-        rethrowTranslated("entry.cpp", 11);
-    } catch (const Vellum::Exceptions::ParseError& error) {
-        caught = true;
-        EXPECT_NE(error.utf8Message().find("no exception"), std::string::npos);
-        EXPECT_EQ(error.sourceName(), "entry.cpp");
-    }
-    EXPECT_TRUE(caught);
+    EXPECT_TRUE(VellumTest::whenThrown<Vellum::Exceptions::ParseError>(
+        [] { rethrowTranslated("entry.cpp", 11); },
+        [&](const Vellum::Exceptions::ParseError& e) {
+            EXPECT_NE(e.utf8Message().find("no exception"), std::string::npos);
+            EXPECT_EQ(e.sourceName(), "entry.cpp");
+        }));
 }
 
 TEST_F(TranslationLadder, MalformedBufferNamesTheXercesClass) {

@@ -1,6 +1,8 @@
 #ifndef VELLUM_TESTS_XMLUTILS_XMLTESTSUPPORT_H
 #define VELLUM_TESTS_XMLUTILS_XMLTESTSUPPORT_H
 
+#include "Support/ExpectThrow.h"
+
 #include "Vellum/Exceptions/ParseError.h"
 #include "Vellum/Utils/StringConversion.h"
 #include "Vellum/XMLUtils/Document.h"
@@ -30,21 +32,18 @@ inline Vellum::XMLUtils::DocumentPtr parseXml(const std::string& text) {
 /// Runs `action` and returns the ParseError it ends in after translation; fails the test and
 /// returns an empty error when it ends otherwise.
 inline Vellum::Exceptions::ParseError translatedError(const std::function<void()>& action) {
-    try {
-        try {
-            action();
-        } catch (...) {
-            Vellum::XMLUtils::rethrowTranslated("entry.cpp", 11);
-        }
-    } catch (const Vellum::Exceptions::ParseError& error) {
-        return error;
-    } catch (const Vellum::Exceptions::BaseException& error) {
-        ADD_FAILURE() << "expected a ParseError, got " << error.kindName() << ": "
-                      << error.utf8Message();
-        return Vellum::Exceptions::ParseError("", "", 0);
-    }
-    ADD_FAILURE() << "nothing thrown";
-    return Vellum::Exceptions::ParseError("", "", 0);
+    using Vellum::Exceptions::ParseError;
+    ParseError caught("", "", 0);
+    EXPECT_TRUE(whenThrown<ParseError>(
+        [&] {
+            try {
+                action();
+            } catch (...) {
+                Vellum::XMLUtils::rethrowTranslated("entry.cpp", 11);
+            }
+        },
+        [&](const ParseError& error) { caught = error; }, "ParseError"));
+    return caught;
 }
 
 /// UTF-8 text of a toolkit string, for readable assertions.
