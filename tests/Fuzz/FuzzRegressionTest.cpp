@@ -1,4 +1,5 @@
 #include "FuzzTargets.h"
+#include "Support/PrintCase.h"
 
 #include <gtest/gtest.h>
 
@@ -20,6 +21,7 @@ struct Input {
     std::string target;
     fs::path path;
 };
+VELLUM_PRINT_CASE(Input, c.target << " " << c.path.filename().string())
 
 std::vector<Input> allInputs() {
     const fs::path roots[] = {fs::path(VELLUM_SOURCE_DIR) / "fuzz" / "corpus",

@@ -1,3 +1,4 @@
+#include "Support/PrintCase.h"
 #include "XMLBuilder/ImportTestSupport.h"
 
 #include "Vellum/Exceptions/ParseError.h"
@@ -120,6 +121,7 @@ struct UnknownCase {
     std::uint16_t tag; // 0: a tag the primer generates
     bool labelInPrimer;
 };
+VELLUM_PRINT_CASE_NAME(UnknownCase)
 
 const UnknownCase unknownCases[] = {
     {"TagAndLabel", R"(groups:StaticLocalTag="7F.01" groups:UniversalLabel=")" + someLabel + R"(")",

@@ -2,7 +2,6 @@
 
 #include "Support/ExpectThrow.h"
 #include "Support/PrintCase.h"
-#include "Utils/HexText.h"
 #include "XMLBuilder/ImportTestSupport.h"
 
 #include "Vellum/Exceptions/InvalidFormat.h"
@@ -20,10 +19,6 @@ using namespace Vellum;
 using Types::Identifiers::Identifier;
 using XMLBuilder::FromXMLValueParser;
 
-std::string hex(const std::vector<std::uint8_t>& bytes) {
-    return Utils::wstringToString(Utils::hexText(bytes.data(), bytes.size()));
-}
-
 std::string wrapped(const std::string& inner, const std::string& name = "v") {
     return R"(<r xmlns:types="urn:SMPTE:Types:MXF" xmlns:s422mTypes="urn:SMPTE:S422MTypes:MXF"><)" +
            name + ">" + inner + "</" + name + "></r>";
@@ -33,7 +28,7 @@ std::string wrapped(const std::string& inner, const std::string& name = "v") {
 std::string parsed(const std::string& inner, Identifier type, const std::string& name = "v") {
     const VellumTest::ParsedXML xml(wrapped(inner, name));
     const auto value = FromXMLValueParser::parse(xml.first(), type);
-    return value ? hex(value->rawBuffer()) : "(none)";
+    return value ? VellumTest::hexOf(value->rawBuffer()) : "(none)";
 }
 
 struct ValueCase {
@@ -276,7 +271,7 @@ TEST(ValueParser, AttributeTextIsAValue) {
     const auto value =
         FromXMLValueParser::parse(*xml.first().attribute(u"g"), Identifier::UniversalLabel);
     ASSERT_TRUE(value);
-    EXPECT_EQ(hex(value->rawBuffer()), "060E2B34040101010D01020101010900");
+    EXPECT_EQ(VellumTest::hexOf(value->rawBuffer()), "060E2B34040101010D01020101010900");
     // A compound value written as an attribute has no parts.
     EXPECT_FALSE(FromXMLValueParser::parse(*xml.first().attribute(u"g"), Identifier::Rational));
 }

@@ -1,5 +1,7 @@
 #include "XMLBuilder/ImportTestSupport.h"
 
+#include "Utils/HexText.h"
+
 #include "Vellum/DataIO/Memory/MemoryDataSink.h"
 #include "Vellum/MetaMetadata/Dictionary.h"
 #include "Vellum/MetaMetadata/MetaElement.h"
@@ -43,16 +45,6 @@ std::set<std::string> instanceIdentifiers(const std::string& xml) {
         found.insert((*it)[1].str());
     }
     return found;
-}
-
-std::string hexOf(const std::vector<std::uint8_t>& bytes) {
-    static const char digits[] = "0123456789ABCDEF";
-    std::string out;
-    for (const std::uint8_t b : bytes) {
-        out += digits[b >> 4U];
-        out += digits[b & 0x0FU];
-    }
-    return out;
 }
 
 std::string mapped(const IdentifierOrder& order, const WString& text) {
@@ -99,6 +91,14 @@ std::string elementText(const Metadata::Element& element, const IdentifierOrder&
 }
 
 } // namespace
+
+std::string hexOf(const std::vector<std::uint8_t>& bytes) {
+    std::string out;
+    for (const std::uint8_t byte : bytes) {
+        Utils::appendHexByte(out, byte);
+    }
+    return out;
+}
 
 IdentifierOrder identifierOrder(const std::string& xml) {
     const std::set<std::string> identifiers = instanceIdentifiers(xml);

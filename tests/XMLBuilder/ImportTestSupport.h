@@ -9,6 +9,7 @@
 #include "Vellum/Types/UniversalLabel.h"
 #include "Vellum/XMLBuilder/XMLNode.h"
 
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <stdexcept>
@@ -89,6 +90,9 @@ private:
     WholeDocument m_handler;
     Vellum::XMLBuilder::XMLStreamReader m_reader;
 };
+
+/// `bytes` as upper-case hexadecimal digit pairs.
+std::string hexOf(const std::vector<std::uint8_t>& bytes);
 
 /// The element of `set` with `label`, as `T`; throws when the set has no such element.
 template <class T>
