@@ -18,7 +18,9 @@ if [ "${1:-}" = --test ]; then
 fi
 range="${1:-main..HEAD}"
 
-commits="$(git rev-list --reverse "$range")"
+# Topological order keeps the commits of a merged branch together, so the build switches
+# between the two sides of a merge once rather than at every commit.
+commits="$(git rev-list --reverse --topo-order "$range")"
 if [ -z "$commits" ]; then
     echo "check-history: no commits in $range" >&2
     exit 2
