@@ -205,6 +205,9 @@ Templates::auto_ptr<Types::Reference> FromXMLElementVisitor::referenceByName(con
 }
 
 Metadata::MetadataSet* FromXMLElementVisitor::readInlineSet(const XMLNode& child) {
+    if (Metadata::MetadataSet* made = m_tables.takeMadeSet(child)) {
+        return made; // read already, as a unit of its own
+    }
     const MetaMetadata::MetaMetadataSet* definition = m_tables.setNamed(child.name());
     if (definition == nullptr) {
         return nullptr;

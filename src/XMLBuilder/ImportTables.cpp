@@ -136,4 +136,23 @@ ImportTables::readingsOf(const Metadata::MetadataSet& set) {
     return entry->second;
 }
 
+void ImportTables::keepMadeSet(const XMLNode& element, Metadata::MetadataSet& set) {
+    m_madeSets[&element] = &set;
+}
+
+Metadata::MetadataSet* ImportTables::madeSet(const XMLNode& element) const {
+    const auto found = m_madeSets.find(&element);
+    return found != m_madeSets.end() ? found->second : nullptr;
+}
+
+Metadata::MetadataSet* ImportTables::takeMadeSet(const XMLNode& element) {
+    const auto found = m_madeSets.find(&element);
+    if (found == m_madeSets.end()) {
+        return nullptr;
+    }
+    Metadata::MetadataSet* set = found->second;
+    m_madeSets.erase(found);
+    return set;
+}
+
 } // namespace Vellum::XMLBuilder

@@ -96,6 +96,17 @@ public:
     /// definition is the entry's `meta`, and `readingOf` for any other.
     const std::vector<ElementReading>& readingsOf(const Metadata::MetadataSet& set);
 
+    /// Sets made for elements before they were read: nested sets the reader handed over
+    /// before the set that holds them, and the sets made to hold them. The holder's reading
+    /// takes its nested sets from here instead of making them again.
+    void keepMadeSet(const XMLNode& element, Metadata::MetadataSet& set);
+    /// The set made for `element`, or nullptr.
+    Metadata::MetadataSet* madeSet(const XMLNode& element) const;
+    /// The set made for `element` (nullptr for none), which is then forgotten.
+    Metadata::MetadataSet* takeMadeSet(const XMLNode& element);
+    /// Forgets every set made ahead (their elements are about to be used again).
+    void forgetMadeSets() noexcept { m_madeSets.clear(); }
+
 private:
     const MetaMetadata::Dictionary& m_dictionary;
     ReferenceNameTable m_names;
@@ -109,6 +120,7 @@ private:
     /// once per set.
     std::unordered_map<const MetaMetadata::MetaMetadataSet*, std::vector<ElementReading>>
         m_readings;
+    std::unordered_map<const XMLNode*, Metadata::MetadataSet*> m_madeSets;
 };
 
 } // namespace Vellum::XMLBuilder

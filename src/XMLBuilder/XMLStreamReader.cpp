@@ -368,22 +368,40 @@ struct Container {
     XMLNode* node = nullptr;
 };
 
+/// A unit to hand over; a nested one is emptied once handed over (see XMLStreamReader).
+struct ReadUnit {
+    XMLNode* node;
+    bool nested;
+};
+
 /// The units read in one stretch with their nodes, and the containers that ended meanwhile
 /// (which those units may point at). Its storage is used again once its units have been
-/// handed over.
+/// handed over, unless it was handed over while units that keep their nodes in it were still
+/// open ("pinned"): then it is kept until the batch that holds the last of them is used again.
 struct Batch {
     NodeStore store;
-    std::vector<const XMLNode*> units;
+    std::vector<ReadUnit> units;
     std::vector<std::unique_ptr<Container>> retired;
+    /// Pinned batches whose last open unit ended in this one.
+    std::vector<Batch*> retiredBatches;
+    /// Open units keeping their nodes here (reading thread only).
+    std::size_t pins = 0;
+    /// Handed over while pinned; kept until retired (under the reader's mutex).
+    bool pinned = false;
 
     bool full() const noexcept {
         return units.size() >= batchUnits || store.nodeCount() >= batchNodes;
     }
-    bool empty() const noexcept { return units.empty() && retired.empty(); }
+    bool empty() const noexcept {
+        return units.empty() && retired.empty() && retiredBatches.empty();
+    }
     void clear() noexcept {
         store.clear();
         units.clear();
         retired.clear();
+        retiredBatches.clear();
+        pins = 0;
+        pinned = false;
     }
 };
 
@@ -501,18 +519,64 @@ private:
     }
 
     /// On the reading thread: hands the batch being filled to the other thread and takes an
-    /// empty one, waiting for it when there is none. Throws Stopped when the handler failed.
+    /// empty one, waiting for it when there is none. A batch that open units keep nodes in is
+    /// pinned, and one more batch may be made in its place. Throws Stopped when the handler
+    /// failed.
     void handOver() {
+        for (const Frame& frame : m_stack) {
+            if (frame.mode == Mode::Unit && frame.home == m_filling) {
+                ++m_filling->pins;
+            }
+        }
         std::unique_lock<std::mutex> lock(m_mutex);
+        if (m_filling->pins != 0) {
+            m_filling->pinned = true;
+            ++m_pinnedCount;
+        }
         m_ready.push_back(m_filling);
         m_changed.notify_all();
-        m_changed.wait(lock, [this] { return !m_free.empty() || m_stop; });
+        m_changed.wait(lock, [this] {
+            return !m_free.empty() || m_stop || m_batches.size() < batchCount + m_pinnedCount;
+        });
         if (m_stop) {
             m_filling = nullptr;
             throw Stopped();
         }
-        m_filling = m_free.back();
-        m_free.pop_back();
+        if (m_free.empty()) {
+            m_batches.push_back(std::make_unique<Batch>());
+            m_filling = m_batches.back().get();
+        } else {
+            m_filling = m_free.back();
+            m_free.pop_back();
+        }
+    }
+
+    /// Under m_mutex: makes `batch`, whose units have been handed over, free for reading
+    /// again, with the pinned batches it retired; a pinned batch waits to be retired.
+    void recycle(Batch* batch, bool retiring = false) {
+        if (batch->pinned && !retiring) {
+            return;
+        }
+        if (batch->pinned) {
+            --m_pinnedCount;
+        }
+        for (Batch* kept : batch->retiredBatches) {
+            recycle(kept, true);
+        }
+        batch->clear();
+        m_free.push_back(batch);
+    }
+
+    /// Hands one unit to the handler; a nested unit is then left without text or children,
+    /// which are used again (its holder keeps only its name and attributes).
+    void handUnitOver(const ReadUnit& unit) {
+        m_lastUnit = unit.node;
+        m_handler.unit(*unit.node);
+        if (unit.nested) {
+            unit.node->m_firstChild = nullptr;
+            unit.node->m_childCount = 0;
+            unit.node->m_text = std::u16string_view();
+        }
     }
 
     /// On the calling thread: hands each batch's units to the handler, in document order,
@@ -530,16 +594,14 @@ private:
                 batch = m_ready.front();
                 m_ready.pop_front();
                 if (shown != nullptr) {
-                    shown->clear();
-                    m_free.push_back(shown);
+                    recycle(shown);
                     m_changed.notify_all();
                 }
             }
             shown = batch;
             try {
-                for (const XMLNode* unit : batch->units) {
-                    m_lastUnit = unit;
-                    m_handler.unit(*unit);
+                for (const ReadUnit& unit : batch->units) {
+                    handUnitOver(unit);
                 }
             } catch (...) {
                 m_handlerFailure = std::current_exception();
@@ -572,9 +634,17 @@ private:
     struct Frame {
         XMLNode* node;
         Mode mode;
-        /// Where the node, its text and its children's are kept.
+        /// Whether the handler is asked about the children.
+        bool asks;
+        /// Where the node's text and its children are kept.
         NodeStore* store;
         XMLNode* lastChild;
+        /// For a unit: the batch `store` belongs to.
+        Batch* home;
+    };
+    struct Placement {
+        Mode mode;
+        bool asks;
     };
 
     // The parser calls back through these; exceptions must not cross it.
@@ -800,56 +870,86 @@ private:
         startRun();
     }
 
-    Mode modeFor(const XMLName& name) {
+    Placement placementFor(const XMLName& name) {
         if (m_stack.empty()) {
-            return modeOf(m_handler.disposition(nullptr, name));
+            return placementOf(m_handler.disposition(nullptr, name), false);
         }
         const Frame& parent = m_stack.back();
         switch (parent.mode) {
         case Mode::Unit:
         case Mode::InUnit:
-            return Mode::InUnit;
+            return parent.asks ? placementOf(m_handler.disposition(parent.node, name), true)
+                               : Placement{Mode::InUnit, false};
         case Mode::Container:
-            return modeOf(m_handler.disposition(parent.node, name));
+            return placementOf(m_handler.disposition(parent.node, name), false);
         case Mode::Skip:
         default:
-            return Mode::Skip;
+            return Placement{Mode::Skip, false};
         }
     }
 
-    static Mode modeOf(Disposition disposition) noexcept {
+    static Placement placementOf(Disposition disposition, bool inUnit) noexcept {
         switch (disposition) {
         case Disposition::Unit:
-            return Mode::Unit;
+            return {Mode::Unit, false};
+        case Disposition::AskingUnit:
+            return {Mode::Unit, true};
         case Disposition::Container:
-            return Mode::Container;
+            return inUnit ? Placement{Mode::InUnit, true} : Placement{Mode::Container, false};
+        case Disposition::Part:
+            return {inUnit ? Mode::InUnit : Mode::Unit, false};
+        case Disposition::AskingPart:
+            return {inUnit ? Mode::InUnit : Mode::Unit, true};
         case Disposition::Skip:
         default:
-            return Mode::Skip;
+            return {Mode::Skip, false};
         }
     }
 
-    /// A fresh node for an element read as `mode`, with the store it is kept in.
-    std::pair<XMLNode*, NodeStore*> newNode(Mode mode) {
-        NodeStore* store = nullptr;
+    /// Whether the open element (if any) is in a unit, so that a unit starting now is nested.
+    bool inUnit() const noexcept {
+        return !m_stack.empty() &&
+               (m_stack.back().mode == Mode::Unit || m_stack.back().mode == Mode::InUnit);
+    }
+
+    /// Where an element's node is kept, and its text and children.
+    struct Stores {
+        NodeStore* node;
+        NodeStore* children;
+        Batch* home;
+    };
+
+    /// The stores for an element read as `mode`. A unit's subtree is kept in the batch being
+    /// filled; a nested unit's own node (and attributes) with its holder, where it stays.
+    Stores storesFor(Mode mode) {
         if (mode == Mode::Container) {
             m_containers.push_back(std::make_unique<Container>());
-            store = &m_containers.back()->store;
-        } else {
-            if (mode == Mode::Unit) {
-                if (!m_pipelined) {
-                    // The previous unit and the containers ended since are no longer needed.
-                    m_lastUnit = nullptr;
-                    m_filling->clear();
-                } else if (m_stop) {
-                    throw Stopped();
-                } else if (m_filling->full()) {
-                    handOver();
-                }
-            }
-            store = &m_filling->store;
+            NodeStore* store = &m_containers.back()->store;
+            return {store, store, nullptr};
         }
-        XMLNode& node = store->nextNode();
+        if (mode == Mode::InUnit) {
+            NodeStore* store = m_stack.back().store;
+            return {store, store, nullptr};
+        }
+        const bool nested = inUnit();
+        if (!m_pipelined) {
+            if (!nested) {
+                // The previous unit and the containers ended since are no longer needed.
+                m_lastUnit = nullptr;
+                m_filling->clear();
+            }
+        } else if (m_stop) {
+            throw Stopped();
+        } else if (m_filling->full()) {
+            handOver();
+        }
+        NodeStore* children = &m_filling->store;
+        return {nested ? m_stack.back().store : children, children, m_filling};
+    }
+
+    /// A fresh node kept in `store`.
+    static XMLNode& newNode(NodeStore& store) {
+        XMLNode& node = store.nextNode();
         node.m_parent = nullptr;
         node.m_scope = nullptr;
         node.m_firstChild = nullptr;
@@ -859,10 +959,7 @@ private:
         node.m_declarations = nullptr;
         node.m_attributeCount = 0;
         node.m_childCount = 0;
-        if (mode == Mode::Container) {
-            m_containers.back()->node = &node;
-        }
-        return {&node, store};
+        return node;
     }
 
     void start(const XML_Char* rawName, const XML_Char** attributes) {
@@ -871,23 +968,28 @@ private:
         }
         flushRun();
         const XMLName& name = intern(rawName);
-        const Mode mode = modeFor(name);
+        const auto [mode, asks] = placementFor(name);
         m_open.push_back(&name);
         if (mode == Mode::Skip) {
             m_pendingDeclarations.clear();
-            m_stack.push_back({nullptr, Mode::Skip, nullptr, nullptr});
+            m_stack.push_back({nullptr, Mode::Skip, false, nullptr, nullptr, nullptr});
             enterTopFrame();
             return;
         }
-        const auto [created, store] = newNode(mode);
-        XMLNode& node = *created;
+        const Stores stores = storesFor(mode);
+        NodeStore* store = stores.node;
+        XMLNode& node = newNode(*store);
+        if (mode == Mode::Container) {
+            m_containers.back()->node = &node;
+        }
         node.m_name = &name;
         node.m_line = static_cast<std::uint32_t>(XML_GetCurrentLineNumber(m_parser));
         node.m_column = static_cast<std::uint32_t>(XML_GetCurrentColumnNumber(m_parser) + 1);
+        node.m_depth = static_cast<std::uint32_t>(m_stack.size() + 1);
         if (!m_stack.empty()) {
             Frame& parent = m_stack.back();
             node.m_parent = parent.node;
-            if (mode == Mode::InUnit) {
+            if (parent.mode == Mode::Unit || parent.mode == Mode::InUnit) {
                 if (parent.lastChild == nullptr) {
                     parent.node->m_firstChild = &node;
                 } else {
@@ -918,7 +1020,7 @@ private:
             node.m_attributes = kept;
             node.m_attributeCount = static_cast<std::uint32_t>(count);
         }
-        m_stack.push_back({&node, mode, store, nullptr});
+        m_stack.push_back({&node, mode, asks, stores.children, nullptr, stores.home});
         enterTopFrame();
     }
 
@@ -933,11 +1035,15 @@ private:
         m_open.pop_back();
         enterTopFrame();
         if (frame.mode == Mode::Unit) {
-            if (m_pipelined) {
-                m_filling->units.push_back(frame.node);
-            } else {
-                m_lastUnit = frame.node;
-                m_handler.unit(*frame.node);
+            const ReadUnit unit{frame.node, inUnit()};
+            if (!m_pipelined) {
+                handUnitOver(unit);
+                return;
+            }
+            m_filling->units.push_back(unit);
+            // A home handed over meanwhile was pinned; the last unit to end in it retires it.
+            if (frame.home != m_filling && --frame.home->pins == 0) {
+                m_filling->retiredBatches.push_back(frame.home);
             }
         } else if (frame.mode == Mode::Container && !m_stack.empty()) {
             // Kept as long as the units read before its end: they may point at it.
@@ -981,6 +1087,8 @@ private:
     std::condition_variable m_changed;
     std::deque<Batch*> m_ready;
     std::vector<Batch*> m_free;
+    /// Batches handed over pinned and not yet retired.
+    std::size_t m_pinnedCount = 0;
     bool m_readingDone = false;
     std::atomic<bool> m_stop{false};
     std::exception_ptr m_readingFailure;

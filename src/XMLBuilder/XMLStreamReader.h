@@ -17,9 +17,15 @@ namespace Vellum::XMLBuilder {
 /// a unit (its subtree is built and handed over when it ends), a container (kept, without its
 /// children, while they are asked about in turn) or skipped (only checked to be well-formed).
 ///
+/// Inside a unit the handler is asked only about the children of elements it made "asking"
+/// (AskingUnit, AskingPart). Such a child may be a part of the unit, or a unit of its own (a
+/// nested unit): that is handed over when it ends, before the unit that holds it, and then
+/// stays in the holder's tree as an element with its attributes but without text or children.
+/// So a unit that holds many others never holds all their nodes at once.
+///
 /// A large document is parsed on a second thread, which hands the units over in batches:
-/// `Handler::unit` is always called on the calling thread, in document order, while
-/// `Handler::disposition` may run on the other thread at the same time.
+/// `Handler::unit` is always called on the calling thread, in document order of the units'
+/// ends, while `Handler::disposition` may run on the other thread at the same time.
 ///
 /// Namespaces are processed (an unbound prefix is an error). For safety the reader refuses a
 /// DOCTYPE that declares entities, a reference to an entity that is not declared, elements
@@ -35,9 +41,12 @@ class VELLUM_XMLBUILDER_EXPORT XMLStreamReader {
 public:
     /// What is made of an element.
     enum class Disposition {
-        Unit,      ///< built with its subtree and handed to Handler::unit when it ends
-        Container, ///< kept without children; each child is asked about
-        Skip,      ///< neither built nor handed over
+        Unit,       ///< built with its subtree and handed to Handler::unit when it ends
+        Container,  ///< kept without children; each child is asked about (in a unit: AskingPart)
+        Skip,       ///< neither built nor handed over
+        AskingUnit, ///< a unit whose children are each asked about
+        Part,       ///< in a unit: built as part of it with its subtree (else: a Unit)
+        AskingPart, ///< a part whose children are each asked about (else: an AskingUnit)
     };
 
     /// Decides what is made of the elements and receives the units.
@@ -50,11 +59,13 @@ public:
 
         /// What is made of the element named `name` that starts as a child of `container`
         /// (nullptr for the root). `container` holds its attributes and namespace
-        /// declarations but no children. May be called on the reading thread (see above).
+        /// declarations, and in a unit the children read so far; a container outside units
+        /// holds no children. May be called on the reading thread (see above).
         virtual Disposition disposition(const XMLNode* container, const XMLName& name) = 0;
         /// A unit has ended, and so have the ones before it. Its nodes are valid until this
-        /// returns (the last unit's until the reader reads again, see lastUnit()). When it
-        /// throws, reading stops and the exception reaches the caller.
+        /// returns (the last unit's until the reader reads again, see lastUnit()); those of
+        /// the elements that hold a nested unit stay valid until their own unit is handed
+        /// over. When it throws, reading stops and the exception reaches the caller.
         virtual void unit(const XMLNode& element) = 0;
     };
 

@@ -17,6 +17,7 @@
 namespace {
 
 using namespace Vellum;
+using XMLBuilder::XMLAttribute;
 using XMLBuilder::XMLName;
 using XMLBuilder::XMLNode;
 using XMLBuilder::XMLStreamReader;
@@ -201,6 +202,68 @@ TEST(XMLStreamReader, UnitsBeforeAFaultOfALargeDocumentAreHandedOverFirst) {
         reader.readBuffer(reinterpret_cast<const std::uint8_t*>(xml.data()), xml.size()),
         ParseError, "mismatched tag: the end tag of 'open' was expected");
     EXPECT_EQ(recorder.units, expectedUnits(units));
+}
+
+/// Makes every top-level element a unit asking about its children: "p" children are asking
+/// parts, "n" children of a "p" nested units (asking too), anything else a part. Records
+/// each unit as a tree "name#id[children]text".
+class NestingRecorder : public XMLStreamReader::Handler {
+public:
+    XMLStreamReader::Disposition disposition(const XMLNode* container,
+                                             const XMLName& name) override {
+        using Disposition = XMLStreamReader::Disposition;
+        if (container == nullptr) {
+            return Disposition::Container;
+        }
+        if (container->parent() == nullptr) {
+            return Disposition::AskingUnit;
+        }
+        if (name.localName == u"p") {
+            return Disposition::AskingPart;
+        }
+        return name.localName == u"n" && container->localName() == u"p" ? Disposition::AskingUnit
+                                                                        : Disposition::Part;
+    }
+    void unit(const XMLNode& element) override { units.push_back(tree(element)); }
+
+    static std::string tree(const XMLNode& node) {
+        std::string out = Utils::wstringToString(node.localName());
+        if (const XMLAttribute* id = node.attribute(u"id")) {
+            out += "#" + Utils::wstringToString(WString(id->value));
+        }
+        out += "[";
+        for (const XMLNode& child : node.children()) {
+            out += tree(child);
+        }
+        return out + "]" + Utils::wstringToString(WString(node.text()));
+    }
+    std::vector<std::string> units;
+};
+
+TEST(XMLStreamReader, NestedUnitsAreHandedOverFirstAndLeftAsTheirAttributes) {
+    // Padded so that the large document's holders stay open across many batches.
+    for (const std::size_t count : {1, 3000}) {
+        SCOPED_TRACE(count);
+        const std::string padding(count == 1 ? 0 : 1500, ' ');
+        std::string xml = "<r><s id=\"s\"><a>x</a><p>";
+        std::vector<std::string> expected;
+        std::string holder = "s#s[a[]xp[";
+        for (std::size_t i = 0; i < count; ++i) {
+            const std::string id = std::to_string(i);
+            xml += "<n id=\"" + id + "\"" + padding + "><q>t</q><p><n id=\"i" + id +
+                   "\"><q/></n></p></n>";
+            expected.push_back("n#i" + id + "[q[]]");
+            expected.push_back("n#" + id + "[q[]tp[n#i" + id + "[]]]");
+            holder += "n#" + id + "[]";
+        }
+        xml += "</p><b>after</b></s><z/></r>";
+        expected.push_back(holder + "]b[]after]");
+        expected.push_back("z[]");
+        NestingRecorder recorder;
+        XMLStreamReader reader(recorder);
+        reader.readBuffer(reinterpret_cast<const std::uint8_t*>(xml.data()), xml.size());
+        EXPECT_EQ(recorder.units, expected);
+    }
 }
 
 std::string nested(std::size_t levels) {

@@ -171,6 +171,8 @@ public:
     /// Where the element's start tag begins in the document (1-based line and column).
     std::uint32_t line() const noexcept { return m_line; }
     std::uint32_t column() const noexcept { return m_column; }
+    /// How deeply the element nests: 1 for the root, 2 for its children, and so on.
+    std::uint32_t depth() const noexcept { return m_depth; }
 
 private:
     friend class XMLStreamReader;
@@ -188,6 +190,7 @@ private:
     std::uint32_t m_childCount = 0;
     std::uint32_t m_line = 0;
     std::uint32_t m_column = 0;
+    std::uint32_t m_depth = 0;
 };
 
 } // namespace Vellum::XMLBuilder
