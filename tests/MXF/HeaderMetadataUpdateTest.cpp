@@ -222,14 +222,6 @@ TEST_P(InPlace, WritesInsideTheRegionsOrNothing) {
     EXPECT_EQ(after.essence, before.essence);
 }
 
-FileShape shape(std::uint32_t kag, std::uint64_t spare, bool footerMetadata = false) {
-    FileShape s;
-    s.kag = kag;
-    s.spare = spare;
-    s.footerMetadata = footerMetadata;
-    return s;
-}
-
 INSTANTIATE_TEST_SUITE_P(
     Cases, InPlace,
     ::testing::Values(
@@ -321,13 +313,11 @@ TEST_P(Rewrite, MovesEverythingAfterTheRegionsAndKeepsTheRest) {
 
 FileShape shaped(std::uint32_t kag, bool rip, bool footerMetadata, std::size_t runIn = 0,
                  std::uint8_t headerStatus = 4, std::uint32_t regionPhase = 0) {
-    FileShape s;
-    s.regionPhase = regionPhase;
-    s.kag = kag;
+    FileShape s = shape(kag, 0, footerMetadata);
     s.withRip = rip;
-    s.footerMetadata = footerMetadata;
     s.runIn = runIn;
     s.headerStatus = headerStatus;
+    s.regionPhase = regionPhase;
     return s;
 }
 

@@ -154,12 +154,7 @@ INSTANTIATE_TEST_SUITE_P(
             "EmptyQuantisation", Id::J2KQuantisationDefault, {}, "InvalidLength", "at least 1"},
         BadValue{"Float", Id::Float, {0, 0, 0, 0}, "InvalidFormat", "Float (type number 4)"},
         BadValue{"Indirect", Id::Indirect, {}, "InvalidFormat", "no value class"},
-        BadValue{"PackageID", Id::PackageID, Bytes(32), "InvalidFormat", "no value class"},
-        BadValue{"Opaque", Id::Opaque, {}, "InvalidFormat", "no value class"},
-        BadValue{"Stream", Id::Stream, {}, "InvalidFormat", "no value class"},
-        BadValue{"VariableSize", Id::VariableSize, {1}, "InvalidFormat", "no value class"},
         BadValue{"BatchKind", Id::Batch, Bytes(8), "InvalidFormat", "Batch (type number 0)"},
-        BadValue{"ArrayKind", Id::Array, Bytes(8), "InvalidFormat", "no value class"},
         BadValue{
             "OutOfRange", static_cast<Id::Identifier>(40), {}, "InvalidFormat", "type number 40"}),
     [](const auto& p) { return std::string(p.param.name); });
