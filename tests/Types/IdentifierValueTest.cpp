@@ -84,18 +84,29 @@ TEST_P(TextForms, TextSurvivesParseAndPrint) {
     EXPECT_EQ(k.roundTrip(lower), text) << "lower case is accepted, upper case printed";
 }
 
-TEST_P(TextForms, MalformedTextThrowsNamingIt) {
+TEST_P(TextForms, MalformedTextThrowsNamingItAndTheFault) {
     const TextKind& k = GetParam();
     const WString good = dotted((k.textLength + 1) / 3, 0x10);
+    const auto length = [&](std::size_t n) {
+        return "characters (" + std::to_string((k.textLength + 1) / 3) + " bytes as two " +
+               "hexadecimal digits joined by '.'), got " + std::to_string(n);
+    };
     WString noDot = good;
     noDot[2] = u'-';
     WString notHex = good;
     notHex[k.textLength - 1] = u'G';
-    for (const WString& bad :
-         {WString(), good.substr(1), good + u".00", noDot, notHex, WString(good.size(), u'.')}) {
+    const std::pair<WString, std::string> cases[] = {
+        {WString(), length(0)},
+        {good.substr(1), length(k.textLength - 1)},
+        {good + u".00", length(k.textLength + 3)},
+        {noDot, "expected '.' at position 2"},
+        {notHex, "non-hexadecimal digit at position " + std::to_string(k.textLength - 1)},
+        {WString(good.size(), u'.'), "non-hexadecimal digit at position 0"}};
+    for (const auto& [bad, reason] : cases) {
         SCOPED_TRACE(Vellum::Utils::wstringToString(bad));
         EXPECT_THROW_MSG_HAS(k.roundTrip(bad), InvalidFormat,
-                             "'" + Vellum::Utils::wstringToString(bad) + "'");
+                             "'" + Vellum::Utils::wstringToString(bad) + "' is not a valid ");
+        EXPECT_THROW_MSG_HAS(k.roundTrip(bad), InvalidFormat, reason);
     }
 }
 
