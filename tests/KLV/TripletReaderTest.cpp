@@ -4,7 +4,6 @@
 #include "Support/PrintCase.h"
 
 #include "Vellum/DataIO/Memory/MemoryDataSource.h"
-#include "Vellum/Exceptions/InvalidFormat.h"
 #include "Vellum/Exceptions/InvalidLength.h"
 
 #include <gtest/gtest.h>

@@ -6,8 +6,6 @@
 #include "Support/TempDir.h"
 
 #include "Vellum/DataIO/Memory/MemoryDataSource.h"
-#include "Vellum/Exceptions/InvalidFormat.h"
-#include "Vellum/Exceptions/InvalidLength.h"
 #include "Vellum/MXF/HeaderMetadataUpdate.h"
 #include "Vellum/MXF/MXFFile.h"
 

@@ -8,7 +8,6 @@
 #include "Vellum/DataIO/File/FileDataSource.h"
 #include "Vellum/DataIO/Memory/MemoryDataSource.h"
 #include "Vellum/Exceptions/InvalidFormat.h"
-#include "Vellum/Exceptions/InvalidLength.h"
 #include "Vellum/KLV/KeyClassification.h"
 
 #include <gtest/gtest.h>

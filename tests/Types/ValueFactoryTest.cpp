@@ -156,6 +156,7 @@ INSTANTIATE_TEST_SUITE_P(
             "BatchOfUInt16", Id::Batch, Id::UInt16, {0, 0, 0, 2, 0, 0, 0, 2, 0, 1, 0, 23}, 2},
         CollectionBytes{"EmptyArrayOfUUID", Id::Array, Id::UUID, {0, 0, 0, 0, 0, 0, 0, 16}, 0},
         CollectionBytes{"EmptyWithZeroSize", Id::Batch, Id::DataStream, Bytes(8), 0},
+        CollectionBytes{"EmptyFixedSizeWithZeroSize", Id::Batch, Id::UniversalLabel, Bytes(8), 0},
         CollectionBytes{"ArrayOfUTF16Strings",
                         Id::Array,
                         Id::UTF16String,
