@@ -137,11 +137,15 @@ TEST(MetadataSet, KeepsWhatTheDictionaryDoesNotPlaceAndWritesItBack) {
         dynamic_cast<const MetaMetadata::UnknownAttribute*>(invalid[0]->metaAttribute().get());
     ASSERT_NE(unresolved, nullptr);
     EXPECT_EQ(unresolved->localTag().value(), 0x7FF0);
+    EXPECT_EQ(unresolved->reason(), MetaMetadata::UnknownAttribute::LocalTagNotResolved);
     EXPECT_EQ(unresolved->universalLabel(), nullptr);
     const auto* unknownLabel =
         dynamic_cast<const MetaMetadata::UnknownAttribute*>(invalid[1]->metaAttribute().get());
     ASSERT_NE(unknownLabel, nullptr);
-    EXPECT_NE(unknownLabel->universalLabel(), nullptr);
+    EXPECT_EQ(unknownLabel->reason(), MetaMetadata::UnknownAttribute::LabelNotInDictionary);
+    EXPECT_EQ(unknownLabel->localTag().value(), 0xFF01);
+    ASSERT_NE(unknownLabel->universalLabel(), nullptr);
+    EXPECT_EQ((*unknownLabel->universalLabel())[9], 0x99);
     EXPECT_NE(
         dynamic_cast<const MetaMetadata::MisplacedAttribute*>(invalid[2]->metaAttribute().get()),
         nullptr);
