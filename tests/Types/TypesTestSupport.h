@@ -37,6 +37,18 @@ inline Bytes counting(std::size_t n, std::uint8_t first) {
     return out;
 }
 
+/// The stored form of a batch or an array: item count, item size, then `items`.
+inline Bytes collection(std::uint32_t count, std::uint32_t itemSize, const Bytes& items) {
+    Bytes out;
+    for (const std::uint32_t field : {count, itemSize}) {
+        for (int shift = 24; shift >= 0; shift -= 8) {
+            out.push_back(static_cast<std::uint8_t>(field >> shift));
+        }
+    }
+    out.insert(out.end(), items.begin(), items.end());
+    return out;
+}
+
 /// At least one sample of every type that has a value class.
 inline std::vector<Sample> samples() {
     return {
