@@ -177,14 +177,10 @@ TEST(MetadataSet, MisplacedValuesThatDoNotFitAreKeptRawInOrder) {
 }
 
 TEST(MetadataSet, UnknownSetsAndOtherTripletsAreKeptDark) {
-    const Bytes privateSetKey = {0x06, 0x0E, 0x2B, 0x34, 0x02, 0x53, 0x01, 0x01,
-                                 0x0E, 0x77, 0x01, 0x01, 0x01, 0x01, 0x01, 0x00};
-    const Bytes otherKey = {0x06, 0x0E, 0x2B, 0x34, 0x01, 0x02, 0x01, 0x01,
-                            0x0D, 0x01, 0x03, 0x01, 0x15, 0x01, 0x05, 0x01};
     Bytes bytes = primer({{0x3C0A, instanceUIDLabel}});
     append(bytes, klv(privateSetKey, item(0x3C0A, uuid(0x22))));
     append(bytes, klv(fillKey, Bytes(7, 0)));
-    append(bytes, klv(otherKey, {1, 2, 3, 4}));
+    append(bytes, klv(essenceKey, {1, 2, 3, 4}));
     append(bytes, klv(Bytes(16, 0x80), {5, 6})); // an AUID-style key, as editing systems write
     const auto partition = readBack(bytes);
     ASSERT_EQ(partition->sets().size(), 1U);

@@ -131,15 +131,6 @@ TEST(IdentifierValue, RawBytesMustHaveTheExactLength) {
     EXPECT_THROW_MSG_HAS(T::UUID(nullptr, 16), InvalidFormat, "no bytes given for a UUID");
 }
 
-TEST(IdentifierValue, ComparesByteWise) {
-    const T::UUID a(dotted(16, 1), DottedHex);
-    const T::UUID b(dotted(16, 2), DottedHex);
-    EXPECT_TRUE(a == T::UUID(a));
-    EXPECT_TRUE(a != b);
-    EXPECT_TRUE(a < b);
-    EXPECT_FALSE(b < a);
-}
-
 // Text forms: TextForms/LocalTag.
 TEST(LocalTag, ReadsTextAndKnowsStaticTags) {
     const T::LocalTag tag(u"3C.0a", DottedHex);
