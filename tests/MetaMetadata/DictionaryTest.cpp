@@ -14,7 +14,6 @@
 #include <algorithm>
 #include <fstream>
 #include <iterator>
-#include <ostream>
 #include <random>
 #include <sstream>
 #include <string>
