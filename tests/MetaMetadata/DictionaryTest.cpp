@@ -189,17 +189,33 @@ TEST(Dictionary, BuiltInIsTheCheckedInDataFileAndFreshEachTime) {
     EXPECT_EQ(second->findSetByName(u"Acme"), nullptr);
 }
 
-TEST(Dictionary, FindsSetsIgnoringTheVersionByte) {
+// Set keys and element labels are looked up ignoring byte 8, the version, and only it: in the
+// dictionary and in a set's own table.
+TEST(Dictionary, LookUpsIgnoreTheVersionByteOnly) {
     const auto d = Dictionary::builtIn();
     const MetaMetadataSet* preface = d->findSetByName(u"Preface");
+    const MetaElement* uid = d->findElementByStaticTag(0x3C0A);
     ASSERT_NE(preface, nullptr);
-    EXPECT_EQ(d->findSet(key(prefaceKey)), preface);
-    KLV::Key::Bytes bytes = key(prefaceKey).bytes();
-    bytes[7] = 0x02;
-    EXPECT_EQ(d->findSet(KLV::Key(bytes)), preface);
-    bytes[13] = 0x7E;
-    EXPECT_EQ(d->findSet(KLV::Key(bytes)), nullptr);
+    ASSERT_NE(uid, nullptr);
+    KLV::Key::Bytes keyBytes = key(prefaceKey).bytes();
+    Types::UniversalLabel::Bytes ulBytes = uid->ul().bytes();
+    for (const std::uint8_t version : {0x00, 0x01, 0x02, 0x7F, 0xFF}) {
+        keyBytes[7] = version;
+        ulBytes[7] = version;
+        EXPECT_EQ(d->findSet(KLV::Key(keyBytes)), preface);
+        EXPECT_EQ(d->findElement(Types::UniversalLabel(ulBytes)), uid);
+        EXPECT_EQ(preface->findElement(Types::UniversalLabel(ulBytes)), uid);
+    }
+    keyBytes[13] = 0x7E;
+    ulBytes[14] = 0x99;
+    const Types::UniversalLabel other(ulBytes);
+    EXPECT_EQ(d->findSet(KLV::Key(keyBytes)), nullptr);
+    EXPECT_EQ(d->findElement(other), nullptr);
+    EXPECT_EQ(preface->findElement(other), nullptr);
+    EXPECT_EQ(preface->attribute(other), nullptr);
     EXPECT_EQ(d->findPack(key(prefaceKey)), nullptr);
+    EXPECT_EQ(d->findElementByStaticTag(0x7FFF), nullptr);
+    EXPECT_EQ(preface->findElementByTag(0x3301), nullptr) << "a CDCI tag is not in a Preface";
 }
 
 const std::string userText =

@@ -175,16 +175,6 @@ TEST(MetaElement, SameLabelInSeveralSetsKeepsOneDefinitionPerSet) {
               &pattern);
 }
 
-TEST(MetaElement, LabelIndexIgnoresTheVersionByte) {
-    const MetaElement& uid = element(u"InterchangeObject", u"InstanceUID");
-    Types::UniversalLabel::Bytes bytes = uid.ul().bytes();
-    bytes[7] = 0x0D;
-    EXPECT_EQ(dictionary().findElement(Types::UniversalLabel(bytes)), &uid);
-    bytes[14] = 0x99;
-    EXPECT_EQ(dictionary().findElement(Types::UniversalLabel(bytes)), nullptr);
-    EXPECT_EQ(dictionary().findElementByStaticTag(0x7FFF), nullptr);
-}
-
 // The index is a map, ordered by label with one entry each; it must hold every defined label.
 TEST(MetaElement, LabelIndexHoldsEveryDefinedLabel) {
     const Dictionary& d = dictionary();

@@ -146,21 +146,6 @@ TEST(MetaMetadataSet, EverySetHasItsParentsElementsAndSchemaIndexRule) {
     }
 }
 
-TEST(MetaMetadataSet, LooksUpLabelsIgnoringTheVersionByte) {
-    const MetaMetadataSet& preface = set(u"Preface");
-    Types::UniversalLabel::Bytes bytes = label(instanceUID).bytes();
-    for (const std::uint8_t version : {0x00, 0x05, 0x7F, 0xFF}) {
-        bytes[7] = version;
-        EXPECT_EQ(preface.findElement(Types::UniversalLabel(bytes)),
-                  preface.findElement(label(instanceUID)));
-    }
-    bytes[7] = 0x01;
-    bytes[15] = 0x01;
-    EXPECT_EQ(preface.findElement(Types::UniversalLabel(bytes)), nullptr);
-    EXPECT_EQ(preface.findElementByTag(0x3301), nullptr) << "a CDCI tag is not in a Preface";
-    EXPECT_EQ(preface.attribute(Types::UniversalLabel(bytes)), nullptr);
-}
-
 TEST(MetaMetadataSet, KeylessAndPackDefinitions) {
     const MetaMetadataSet& generation = set(u"GenerationInterchangeObject");
     EXPECT_FALSE(generation.hasKey());

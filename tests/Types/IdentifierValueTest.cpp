@@ -131,7 +131,7 @@ TEST(IdentifierValue, RawBytesMustHaveTheExactLength) {
     EXPECT_THROW_MSG_HAS(T::UUID(nullptr, 16), InvalidFormat, "no bytes given for a UUID");
 }
 
-// Text forms: TextForms/LocalTag.
+// Its text forms are checked by TextForms/LocalTag.
 TEST(LocalTag, ReadsTextAndKnowsStaticTags) {
     const T::LocalTag tag(u"3C.0a", DottedHex);
     EXPECT_EQ(tag.value(), 0x3C0A);
