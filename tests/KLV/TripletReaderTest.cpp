@@ -1,37 +1,24 @@
 #include "Vellum/KLV/TripletReader.h"
 
+#include "Metadata/HeaderMetadataBytes.h"
 #include "Support/ExpectThrow.h"
 #include "Support/PrintCase.h"
 
 #include "Vellum/DataIO/Memory/MemoryDataSource.h"
-#include "Vellum/Exceptions/InvalidFormat.h"
 #include "Vellum/Exceptions/InvalidLength.h"
 
 #include <gtest/gtest.h>
 
-#include <vector>
-
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
+using namespace VellumTest;
 using Vellum::DataIO::Memory::MemoryDataSource;
 using Vellum::KLV::TripletReader;
-
-const Bytes fillKey = {0x06, 0x0E, 0x2B, 0x34, 0x01, 0x01, 0x01, 0x02,
-                       0x03, 0x01, 0x02, 0x10, 0x01, 0x00, 0x00, 0x00};
 
 Bytes triplet(const Bytes& lengthField, std::size_t valueSize) {
     Bytes out = fillKey;
     out.insert(out.end(), lengthField.begin(), lengthField.end());
     out.insert(out.end(), valueSize, 0xAA);
-    return out;
-}
-
-Bytes concat(std::initializer_list<Bytes> parts) {
-    Bytes out;
-    for (const auto& p : parts) {
-        out.insert(out.end(), p.begin(), p.end());
-    }
     return out;
 }
 

@@ -6,8 +6,6 @@
 #include "Support/TempDir.h"
 
 #include "Vellum/DataIO/Memory/MemoryDataSource.h"
-#include "Vellum/Exceptions/InvalidFormat.h"
-#include "Vellum/Exceptions/InvalidLength.h"
 #include "Vellum/MXF/HeaderMetadataUpdate.h"
 #include "Vellum/MXF/MXFFile.h"
 
@@ -34,15 +32,13 @@ struct RegionCase {
 
 VELLUM_PRINT_CASE_NAME(RegionCase)
 
-FileShape shape(std::uint32_t kag, std::uint64_t spare, int octets = 4, std::uint8_t version = 2,
-                std::size_t runIn = 0) {
-    FileShape s;
-    s.kag = kag;
-    s.spare = spare;
+// A shape with footer metadata and the given spare fill.
+FileShape regionShape(std::uint32_t kag, std::uint64_t spare, int octets = 4,
+                      std::uint8_t version = 2, std::size_t runIn = 0) {
+    FileShape s = shape(kag, spare, true);
     s.spareOctets = octets;
     s.spareVersion = version;
     s.runIn = runIn;
-    s.footerMetadata = true;
     return s;
 }
 
@@ -76,17 +72,17 @@ TEST_P(Regions, AreFoundInEveryPartitionWithHeaderMetadata) {
     EXPECT_EQ(regions.fillKey()[7], c.fillVersion == 0 ? 2 : c.fillVersion);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, Regions,
-                         ::testing::Values(RegionCase{"NoFill", shape(1, 0), 0, contentSize, 0, 0},
-                                           RegionCase{"NineOctetFillVersion1", shape(1, 100, 9, 1),
-                                                      0, contentSize + 100, 1, 9},
-                                           RegionCase{"Kag512RunIn", shape(512, 0, 4, 2, 40),
-                                                      512 - packSize, 512, 2, 4}),
-                         [](const auto& p) { return std::string(p.param.name); });
+INSTANTIATE_TEST_SUITE_P(
+    Cases, Regions,
+    ::testing::Values(
+        RegionCase{"NoFill", regionShape(1, 0), 0, contentSize, 0, 0},
+        RegionCase{"NineOctetFillVersion1", regionShape(1, 100, 9, 1), 0, contentSize + 100, 1, 9},
+        RegionCase{"Kag512RunIn", regionShape(512, 0, 4, 2, 40), 512 - packSize, 512, 2, 4}),
+    [](const auto& p) { return std::string(p.param.name); });
 
 TEST(HeaderMetadataRegions, NewFillKeepsTheFilesKeyAndLengthForm) {
     const TempDir dir;
-    const std::string path = dir.write("in.mxf", syntheticFile(shape(1, 100, 9, 1)));
+    const std::string path = dir.write("in.mxf", syntheticFile(regionShape(1, 100, 9, 1)));
     Vellum::MXF::HeaderMetadataUpdate::updateInPlace(path, {{0, headerMetadata(40, 3)}});
     const Bytes file = readFile(path);
     MemoryDataSource source(file.data(), file.size());
@@ -102,7 +98,7 @@ TEST(HeaderMetadataRegions, NewFillKeepsTheFilesKeyAndLengthForm) {
 TEST(HeaderMetadataRegions, MalformedRegionsAreNamed) {
     constexpr std::size_t headerByteCountAt = 20 + 32;
     constexpr std::size_t primerKindAt = packSize + 13;
-    const Bytes good = syntheticFile(shape(1, 0));
+    const Bytes good = syntheticFile(regionShape(1, 0));
     Bytes runsOn = good;
     runsOn[headerByteCountAt + 6] = 0x10; // 4096 + 148 bytes: past the body partition
     Bytes noPrimer = good;

@@ -8,7 +8,6 @@
 #include "Vellum/DataIO/File/FileDataSource.h"
 #include "Vellum/DataIO/Memory/MemoryDataSource.h"
 #include "Vellum/Exceptions/InvalidFormat.h"
-#include "Vellum/Exceptions/InvalidLength.h"
 #include "Vellum/KLV/KeyClassification.h"
 
 #include <gtest/gtest.h>
@@ -77,12 +76,14 @@ INSTANTIATE_TEST_SUITE_P(Samples, SampleStructure, ::testing::ValuesIn(sampleNam
 
 TEST(MXFFile, FindsPartitionsThroughEachRoute) {
     for (const bool withRip : {true, false}) {
-        const Bytes bytes = smallFile(withRip);
+        FileShape s;
+        s.withRip = withRip;
+        const Bytes bytes = syntheticFile(s);
         MemoryDataSource source(bytes.data(), bytes.size());
         const MXFFile file(source);
         EXPECT_EQ(file.discovery(), withRip ? "random index pack" : "footer chain");
-        ASSERT_EQ(file.partitions().size(), 2U);
-        EXPECT_EQ(file.partitions()[1].kindName(), std::string("footer"));
+        ASSERT_EQ(file.partitions().size(), 3U);
+        EXPECT_EQ(file.partitions()[2].kindName(), std::string("footer"));
         EXPECT_EQ(file.randomIndexPack().has_value(), withRip);
     }
 }
@@ -100,8 +101,9 @@ TEST(MXFFile, WalksWhenNeitherIndexNorFooterIsKnown) {
 }
 
 TEST(MXFFile, SkipsARunIn) {
-    Bytes bytes(100, 0x42);
-    append(bytes, smallFile(true));
+    FileShape s;
+    s.runIn = 100;
+    const Bytes bytes = syntheticFile(s);
     MemoryDataSource source(bytes.data(), bytes.size());
     const MXFFile file(source);
     EXPECT_EQ(file.runInLength(), 100U);
@@ -112,7 +114,7 @@ TEST(MXFFile, SkipsARunIn) {
 }
 
 TEST(MXFFile, ADamagedRandomIndexFallsBackToTheFooterChain) {
-    Bytes bytes = smallFile(true);
+    Bytes bytes = syntheticFile(FileShape());
     bytes[bytes.size() - 12] = 0x7F; // the footer's offset in the index now points nowhere
     MemoryDataSource source(bytes.data(), bytes.size());
     const MXFFile file(source);
@@ -160,7 +162,7 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(BadFile{"empty", {}, "not an MXF file: 0 bytes"},
                       BadFile{"text", Bytes(200, 'a'),
                               "not an MXF file: no header partition pack within the first 200"},
-                      BadFile{"truncatedPartitionPack", truncated(smallFile(false), 60),
+                      BadFile{"truncatedPartitionPack", truncated(syntheticFile(FileShape()), 60),
                               "triplet at offset 0 claims 88 bytes, but only 40 remain"},
                       BadFile{"shortPartitionPack", klv(partitionKey(2, 4), Bytes(50, 0)),
                               "needs at least 88 bytes, this one has 50"},
@@ -172,13 +174,13 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& p) { return p.param.name; });
 
 TEST(MXFFile, ChoosesPartitionsByName) {
-    const Bytes bytes = smallFile(true);
+    const Bytes bytes = syntheticFile(FileShape());
     MemoryDataSource source(bytes.data(), bytes.size());
     const MXFFile file(source);
     EXPECT_EQ(&file.choosePartition("0"), &file.partitions()[0]);
     EXPECT_THROW(file.choosePartition("footer"), Vellum::Exceptions::InvalidFormat)
         << "the footer has no header metadata";
-    EXPECT_THROW(file.choosePartition("2"), Vellum::Exceptions::InvalidFormat);
+    EXPECT_THROW(file.choosePartition("3"), Vellum::Exceptions::InvalidFormat);
     EXPECT_THROW(file.choosePartition("-1"), Vellum::Exceptions::InvalidFormat);
     EXPECT_THROW(file.choosePartition("body"), Vellum::Exceptions::InvalidFormat);
 }

@@ -71,31 +71,6 @@ inline Bytes emptyPrimer() {
     return klv(primerKey, v);
 }
 
-/// A small but complete file: header (with a primer and a fill as header metadata), footer,
-/// and optionally a random index pack.
-inline Bytes smallFile(bool withRip) {
-    const Bytes primer = emptyPrimer();
-    const Bytes fill = klv(fillKey, Bytes(5, 0));
-    const std::uint64_t headerMetadata = primer.size() + fill.size();
-    const std::uint64_t headerSize = klv(partitionKey(2, 4), partitionValue(0, 0, 0, 0)).size();
-    const std::uint64_t footerAt = headerSize + headerMetadata;
-    Bytes file = klv(partitionKey(2, 4), partitionValue(0, 0, footerAt, headerMetadata));
-    append(file, primer);
-    append(file, fill);
-    append(file, klv(partitionKey(4, 4), partitionValue(footerAt, 0, footerAt, 0)));
-    if (withRip) {
-        Bytes rip;
-        put(rip, 0, 4);
-        put(rip, 0, 8);
-        put(rip, 0, 4);
-        put(rip, footerAt, 8);
-        const std::uint64_t overall = 16 + 4 + rip.size() + 4;
-        put(rip, overall, 4);
-        append(file, klv(ripKey, rip));
-    }
-    return file;
-}
-
 /// Header metadata without fill: an empty primer and one preface-keyed local set of `payload`
 /// bytes derived from `seed`.
 inline Bytes headerMetadata(std::size_t payload, std::uint8_t seed) {
@@ -152,6 +127,15 @@ struct FileShape {
     int spareOctets = 4;           ///< length octets of the spare fill
     std::uint8_t spareVersion = 2; ///< version byte of the spare fill's key
 };
+
+/// A shape with the given KAG, spare fill and footer metadata; the rest as FileShape's defaults.
+inline FileShape shape(std::uint32_t kag, std::uint64_t spare = 0, bool footerMetadata = false) {
+    FileShape s;
+    s.kag = kag;
+    s.spare = spare;
+    s.footerMetadata = footerMetadata;
+    return s;
+}
 
 /// A file with a header partition carrying header metadata, a body partition of essence
 /// (items of 1000 + 100 * i bytes), a footer partition and optionally a random index pack.

@@ -14,7 +14,6 @@
 #include <algorithm>
 #include <fstream>
 #include <iterator>
-#include <ostream>
 #include <random>
 #include <sstream>
 #include <string>
@@ -190,17 +189,33 @@ TEST(Dictionary, BuiltInIsTheCheckedInDataFileAndFreshEachTime) {
     EXPECT_EQ(second->findSetByName(u"Acme"), nullptr);
 }
 
-TEST(Dictionary, FindsSetsIgnoringTheVersionByte) {
+// Set keys and element labels are looked up ignoring byte 8, the version, and only it: in the
+// dictionary and in a set's own table.
+TEST(Dictionary, LookUpsIgnoreTheVersionByteOnly) {
     const auto d = Dictionary::builtIn();
     const MetaMetadataSet* preface = d->findSetByName(u"Preface");
+    const MetaElement* uid = d->findElementByStaticTag(0x3C0A);
     ASSERT_NE(preface, nullptr);
-    EXPECT_EQ(d->findSet(key(prefaceKey)), preface);
-    KLV::Key::Bytes bytes = key(prefaceKey).bytes();
-    bytes[7] = 0x02;
-    EXPECT_EQ(d->findSet(KLV::Key(bytes)), preface);
-    bytes[13] = 0x7E;
-    EXPECT_EQ(d->findSet(KLV::Key(bytes)), nullptr);
+    ASSERT_NE(uid, nullptr);
+    KLV::Key::Bytes keyBytes = key(prefaceKey).bytes();
+    Types::UniversalLabel::Bytes ulBytes = uid->ul().bytes();
+    for (const std::uint8_t version : {0x00, 0x01, 0x02, 0x7F, 0xFF}) {
+        keyBytes[7] = version;
+        ulBytes[7] = version;
+        EXPECT_EQ(d->findSet(KLV::Key(keyBytes)), preface);
+        EXPECT_EQ(d->findElement(Types::UniversalLabel(ulBytes)), uid);
+        EXPECT_EQ(preface->findElement(Types::UniversalLabel(ulBytes)), uid);
+    }
+    keyBytes[13] = 0x7E;
+    ulBytes[14] = 0x99;
+    const Types::UniversalLabel other(ulBytes);
+    EXPECT_EQ(d->findSet(KLV::Key(keyBytes)), nullptr);
+    EXPECT_EQ(d->findElement(other), nullptr);
+    EXPECT_EQ(preface->findElement(other), nullptr);
+    EXPECT_EQ(preface->attribute(other), nullptr);
     EXPECT_EQ(d->findPack(key(prefaceKey)), nullptr);
+    EXPECT_EQ(d->findElementByStaticTag(0x7FFF), nullptr);
+    EXPECT_EQ(preface->findElementByTag(0x3301), nullptr) << "a CDCI tag is not in a Preface";
 }
 
 const std::string userText =
@@ -217,7 +232,10 @@ TEST(Dictionary, UserTextAddsPrivateSetsAndElements) {
     const std::size_t sets = d->setDefinitionCount();
     const std::size_t elements = d->elementDefinitionCount();
     const unsigned prefaceLast = d->findSetByName(u"Preface")->ownElements().back()->order();
-    d->loadText(userText, "user.txt");
+    const std::string path = ::testing::TempDir() + "vellum-user-dictionary.txt";
+    std::ofstream(path, std::ios::binary) << userText;
+    d->loadFile(path);
+    EXPECT_THROW_MSG_HAS(d->loadFile(path + ".missing"), IOError, ".missing");
     EXPECT_EQ(d->setDefinitionCount(), sets + 1);
     EXPECT_EQ(d->elementDefinitionCount(), elements + 4);
 
@@ -253,48 +271,15 @@ TEST(Dictionary, UserTextAddsPrivateSetsAndElements) {
     }
     EXPECT_EQ(d->findSetByName(u"Preface")->findElement(label(ulC)), nullptr);
     EXPECT_EQ(*serial->property(u"SchemaIndex"), u"103");
-}
 
-TEST(Dictionary, LoadingTheSameTextTwiceChangesNothing) {
-    const auto d = Dictionary::builtIn();
-    d->loadText(userText, "user.txt");
-    const MetaMetadataSet* acme = d->findSet(key(keyA));
-    const std::size_t elements = acme->elements().size();
-    const std::size_t sets = d->setDefinitionCount();
-    const std::size_t definitions = d->elementDefinitionCount();
+    // Loading the same text, or the built-in text, again changes nothing.
+    const std::size_t acmeElements = acme->elements().size();
     d->loadText(userText, "again.txt");
-    EXPECT_EQ(d->findSet(key(keyA)), acme);
-    EXPECT_EQ(acme->elements().size(), elements);
-    EXPECT_EQ(d->setDefinitionCount(), sets);
-    EXPECT_EQ(d->elementDefinitionCount(), definitions);
-    // The built-in text itself is accepted again as well.
     d->loadText(Dictionary::builtInText(), "copy.txt");
-    EXPECT_EQ(d->elementDefinitionCount(), definitions);
-}
-
-TEST(Dictionary, AFaultLeavesTheDictionaryUnchanged) {
-    const auto d = Dictionary::builtIn();
-    const auto fresh = Dictionary::builtIn();
-    const std::string text =
-        userText + tsv("element|Preface|" + ulA + "|Broken|-|NoType|-|-|-|-|-\n");
-    EXPECT_THROW(d->loadText(text, "user.txt"), Exceptions::InvalidFormat);
-    EXPECT_EQ(d->findSetByName(u"AcmePictureDescriptor"), nullptr);
-    EXPECT_EQ(d->findElementByStaticTag(0x7F01), nullptr);
-    EXPECT_EQ(d->setDefinitionCount(), fresh->setDefinitionCount());
-    EXPECT_EQ(d->elementDefinitionCount(), fresh->elementDefinitionCount());
-    EXPECT_EQ(describe(*d->findSetByName(u"Preface")), describe(*fresh->findSetByName(u"Preface")));
-}
-
-TEST(Dictionary, LoadsFilesAndNamesTheMissingOne) {
-    const std::string path = ::testing::TempDir() + "vellum-user-dictionary.txt";
-    {
-        std::ofstream out(path, std::ios::binary);
-        out << userText;
-    }
-    const auto d = Dictionary::builtIn();
-    d->loadFile(path);
-    EXPECT_NE(d->findSet(key(keyA)), nullptr);
-    EXPECT_THROW_MSG_HAS(d->loadFile(path + ".missing"), IOError, ".missing");
+    EXPECT_EQ(d->findSet(key(keyA)), acme);
+    EXPECT_EQ(acme->elements().size(), acmeElements);
+    EXPECT_EQ(d->setDefinitionCount(), sets + 1);
+    EXPECT_EQ(d->elementDefinitionCount(), elements + 4);
 }
 
 TEST(Dictionary, DamagedTextsLoadOrFailWithTheSourceNamed) {
@@ -343,13 +328,27 @@ TEST_P(LoadError, NamesTheSourceLineAndFault) {
             EXPECT_EQ(e.utf8Message().rfind(where, 0), 0U) << e.utf8Message();
             EXPECT_NE(e.utf8Message().find(c.fragment), std::string::npos) << e.utf8Message();
         }));
+    // Records before the fault are undone too.
     const auto fresh = Dictionary::builtIn();
     EXPECT_EQ(d->setDefinitionCount(), fresh->setDefinitionCount());
     EXPECT_EQ(d->elementDefinitionCount(), fresh->elementDefinitionCount());
+    EXPECT_EQ(d->findElementByStaticTag(0x7F01), nullptr);
+    EXPECT_EQ(describe(*d->findSetByName(u"Preface")), describe(*fresh->findSetByName(u"Preface")));
 }
 
 std::string set(const std::string& fields) {
     return header + tsv(fields);
+}
+
+// A user text of one set record with key A: name, parent, then `rest`.
+std::string setA(const std::string& name, const std::string& parent,
+                 const std::string& rest = "no|no|-|-") {
+    return set("set|" + keyA + "|" + name + "|" + parent + "|" + rest + "\n");
+}
+
+// A user text of one element Gain of Preface, label A: the fields from local-tag on.
+std::string gain(const std::string& fields) {
+    return set("element|Preface|" + ulA + "|Gain|" + fields + "\n");
 }
 
 const std::string acme = "set|" + keyA + "|Acme|InterchangeObject|no|no|acme|urn:acme\n";
@@ -380,6 +379,9 @@ TEST(Dictionary, AcceptsSixtyFourLevelsBelowTheRoot) {
 INSTANTIATE_TEST_SUITE_P(
     UserText, LoadError,
     ::testing::Values(
+        ErrorCase{"AfterValidRecords",
+                  userText + tsv("element|Preface|" + ulA + "|Broken|-|NoType|-|-|-|-|-\n"), 9,
+                  "unknown type 'NoType'"},
         ErrorCase{"NoFormatLine", "# nothing\n\n", 0, "no 'format' line"},
         ErrorCase{"WrongVersion", tsv("format|vellum-dictionary|2\n"), 1,
                   "unsupported format version '2'"},
@@ -389,7 +391,7 @@ INSTANTIATE_TEST_SUITE_P(
         ErrorCase{"UnknownRecord", set("group|Acme\n"), 4, "unknown record kind 'group'"},
         ErrorCase{"RecordBeforeColumns", tsv("format|vellum-dictionary|1\nset|" + keyA + "\n"), 2,
                   "before a 'columns' line"},
-        ErrorCase{"FieldCount", set("set|" + keyA + "|Acme|InterchangeObject|no\n"), 4,
+        ErrorCase{"FieldCount", setA("Acme", "InterchangeObject", "no"), 4,
                   "has 4 fields after the record kind; its columns line declares 7"},
         ErrorCase{"TooManyFields", set("set" + std::string(40, '|') + "\n"), 4,
                   "more than 32 tab-separated fields"},
@@ -403,21 +405,20 @@ INSTANTIATE_TEST_SUITE_P(
                   "element records need the column 'ul'"},
         ErrorCase{"BadKey", set("set|06.0E.2B.34.02.53|Acme|InterchangeObject|no|no|-|-\n"), 4,
                   "is not a valid key"},
-        ErrorCase{"BadFlag", set("set|" + keyA + "|Acme|InterchangeObject|maybe|no|-|-\n"), 4,
+        ErrorCase{"BadFlag", setA("Acme", "InterchangeObject", "maybe|no|-|-"), 4,
                   "abstract must be yes or no, not 'maybe'"},
-        ErrorCase{"BadName", set("set|" + keyA + "|9Lives|InterchangeObject|no|no|-|-\n"), 4,
+        ErrorCase{"BadName", setA("9Lives", "InterchangeObject"), 4,
                   "set name '9Lives' is not a name"},
         ErrorCase{"KeylessConcrete", set("set|-|Acme|InterchangeObject|no|no|-|-\n"), 4,
                   "only an abstract set may have none"},
-        ErrorCase{"UnknownParent", set("set|" + keyA + "|Acme|NoSuchSet|no|no|-|-\n"), 4,
+        ErrorCase{"UnknownParent", setA("Acme", "NoSuchSet"), 4,
                   "unknown parent 'NoSuchSet' of set 'Acme'"},
         ErrorCase{
             "ParentCycle",
             set("set|" + keyA + "|Ping|Pong|no|no|-|-\nset|" + keyB + "|Pong|Ping|no|no|-|-\n"), 4,
             "form a cycle: Ping -> Pong -> Ping"},
-        ErrorCase{"OwnParent", set("set|" + keyA + "|Ping|Ping|no|no|-|-\n"), 4,
-                  "form a cycle: Ping -> Ping"},
-        ErrorCase{"PackParent", set("set|" + keyA + "|Acme|PrimerPack|no|no|-|-\n"), 4,
+        ErrorCase{"OwnParent", setA("Ping", "Ping"), 4, "form a cycle: Ping -> Ping"},
+        ErrorCase{"PackParent", setA("Acme", "PrimerPack"), 4,
                   "is a local set and cannot inherit from the pack 'PrimerPack'"},
         ErrorCase{"TooDeep", chain(64), 68, "set 'Level64' would be more than 64 levels"},
         ErrorCase{"KeyOfBuiltIn",
@@ -426,12 +427,11 @@ INSTANTIATE_TEST_SUITE_P(
                   4, "is already the key of set 'Preface'"},
         ErrorCase{"KeyTwice", set(acme + "set|" + keyA + "|Acme2|InterchangeObject|no|no|-|-\n"), 5,
                   "is already the key of set 'Acme' on line 4"},
-        ErrorCase{"BuiltInNameOtherKey",
-                  set("set|" + keyA + "|Preface|InterchangeObject|no|yes|-|-\n"), 4,
+        ErrorCase{"BuiltInNameOtherKey", setA("Preface", "InterchangeObject", "no|yes|-|-"), 4,
                   "set 'Preface' is already defined with a different key"},
         ErrorCase{"NameTwice", set(acme + "set|" + keyA + "|Acme|InterchangeObject|yes|no|-|-\n"),
                   5, "is defined again with different content (first on line 4)"},
-        ErrorCase{"HalfXmlName", set("set|" + keyA + "|Acme|InterchangeObject|no|no|acme|-\n"), 4,
+        ErrorCase{"HalfXmlName", setA("Acme", "InterchangeObject", "no|no|acme|-"), 4,
                   "gives only one of xml-prefix and xml-namespace"},
         ErrorCase{"UnknownElementSet",
                   set("element|NoSuchSet|" + ulA + "|Gain|-|Int32|-|-|-|-|-\n"), 4,
@@ -440,46 +440,33 @@ INSTANTIATE_TEST_SUITE_P(
                   set("element|Preface|06.0E.2B.34.01.01.01.01.0E.7F.01.01.01.00.00.GG|Gain|-|"
                       "Int32|-|-|-|-|-\n"),
                   4, "is not a valid UL"},
-        ErrorCase{"DynamicTag", set("element|Preface|" + ulA + "|Gain|8000|Int32|-|-|-|-|-\n"), 4,
+        ErrorCase{"DynamicTag", gain("8000|Int32|-|-|-|-|-"), 4,
                   "local tag '8000' is not a static tag"},
-        ErrorCase{"ShortTag", set("element|Preface|" + ulA + "|Gain|3C0|Int32|-|-|-|-|-\n"), 4,
+        ErrorCase{"ShortTag", gain("3C0|Int32|-|-|-|-|-"), 4,
                   "local tag '3C0' is not a static tag"},
-        ErrorCase{"TagTaken", set("element|Preface|" + ulA + "|Gain|3C0A|UUID|-|-|-|-|-\n"), 4,
+        ErrorCase{"TagTaken", gain("3C0A|UUID|-|-|-|-|-"), 4,
                   "local tag 3C0A of element 'Gain' already belongs to element 'InstanceUID'"},
-        ErrorCase{"UnknownType", set("element|Preface|" + ulA + "|Gain|-|Float128|-|-|-|-|-\n"), 4,
-                  "unknown type 'Float128'"},
-        ErrorCase{"CollectionAsType", set("element|Preface|" + ulA + "|Gain|-|Batch|-|-|-|-|-\n"),
-                  4, "is a collection kind"},
-        ErrorCase{"UnknownCollection",
-                  set("element|Preface|" + ulA + "|Gain|-|Int32|list|-|-|-|-\n"), 4,
+        ErrorCase{"UnknownType", gain("-|Float128|-|-|-|-|-"), 4, "unknown type 'Float128'"},
+        ErrorCase{"CollectionAsType", gain("-|Batch|-|-|-|-|-"), 4, "is a collection kind"},
+        ErrorCase{"UnknownCollection", gain("-|Int32|list|-|-|-|-"), 4,
                   "unknown collection 'list'"},
-        ErrorCase{"UnknownReference",
-                  set("element|Preface|" + ulA + "|Gain|-|UUID|-|soft|Track|-|-\n"), 4,
+        ErrorCase{"UnknownReference", gain("-|UUID|-|soft|Track|-|-"), 4,
                   "unknown reference kind 'soft'"},
-        ErrorCase{"ReferenceType",
-                  set("element|Preface|" + ulA + "|Gain|-|UInt32|-|strong|Track|-|-\n"), 4,
+        ErrorCase{"ReferenceType", gain("-|UInt32|-|strong|Track|-|-"), 4,
                   "a strong reference has type StrongReference, not UInt32"},
-        ErrorCase{"ReferenceTypeWithoutKind",
-                  set("element|Preface|" + ulA + "|Gain|-|WeakReference|-|-|-|-|-\n"), 4,
+        ErrorCase{"ReferenceTypeWithoutKind", gain("-|WeakReference|-|-|-|-|-"), 4,
                   "type WeakReference needs the reference column"},
-        ErrorCase{"NoTarget", set("element|Preface|" + ulA + "|Gain|-|UUID|-|global|-|-|-\n"), 4,
-                  "a reference needs a target set"},
-        ErrorCase{"TargetOfPlainValue",
-                  set("element|Preface|" + ulA + "|Gain|-|UUID|-|-|Track|-|-\n"), 4,
+        ErrorCase{"NoTarget", gain("-|UUID|-|global|-|-|-"), 4, "a reference needs a target set"},
+        ErrorCase{"TargetOfPlainValue", gain("-|UUID|-|-|Track|-|-"), 4,
                   "only a reference has a target"},
-        ErrorCase{"UnknownTarget",
-                  set("element|Preface|" + ulA + "|Gain|-|WeakReference|-|weak|Nowhere|-|-\n"), 4,
+        ErrorCase{"UnknownTarget", gain("-|WeakReference|-|weak|Nowhere|-|-"), 4,
                   "unknown target set 'Nowhere' of element 'Gain'"},
-        ErrorCase{"PackTarget",
-                  set("element|Preface|" + ulA + "|Gain|-|WeakReference|-|weak|PrimerPack|-|-\n"),
-                  4, "'PrimerPack' of element 'Gain' is a pack"},
-        ErrorCase{"UnknownRequired",
-                  set("element|Preface|" + ulA + "|Gain|-|Int32|-|-|-|mandatory|-\n"), 4,
+        ErrorCase{"PackTarget", gain("-|WeakReference|-|weak|PrimerPack|-|-"), 4,
+                  "'PrimerPack' of element 'Gain' is a pack"},
+        ErrorCase{"UnknownRequired", gain("-|Int32|-|-|-|mandatory|-"), 4,
                   "unknown required status 'mandatory'"},
-        ErrorCase{"OrderTooHigh", set("element|Preface|" + ulA + "|Gain|-|Int32|-|-|-|-|100\n"), 4,
-                  "order 100 is outside 1 to 99"},
-        ErrorCase{"OrderNotNumber", set("element|Preface|" + ulA + "|Gain|-|Int32|-|-|-|-|1x\n"), 4,
-                  "order '1x' is not a number"},
+        ErrorCase{"OrderTooHigh", gain("-|Int32|-|-|-|-|100"), 4, "order 100 is outside 1 to 99"},
+        ErrorCase{"OrderNotNumber", gain("-|Int32|-|-|-|-|1x"), 4, "order '1x' is not a number"},
         ErrorCase{"ElementTwice",
                   set(acme + "element|Acme|" + ulA + "|Gain|-|Int32|-|-|-|-|-\nelement|Acme|" +
                       ulA + "|Loss|-|Int32|-|-|-|-|-\n"),

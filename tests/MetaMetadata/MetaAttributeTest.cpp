@@ -78,21 +78,6 @@ TEST(MetaAttribute, PlacedAttributeCarriesTheRequiredStatus) {
     EXPECT_EQ(&depth->attribute()->metaElement(), depth);
 }
 
-TEST(UnknownAttribute, KeepsTagReasonAndLabel) {
-    const Types::UniversalLabel ul(Types::UniversalLabel::Bytes{0x06, 0x0E, 0x2B, 0x34, 0x01});
-    const UnknownAttribute withLabel(Types::LocalTag(0x8001), ul);
-    EXPECT_EQ(withLabel.reason(), UnknownAttribute::LabelNotInDictionary);
-    ASSERT_NE(withLabel.universalLabel(), nullptr);
-    EXPECT_EQ(*withLabel.universalLabel(), ul);
-    EXPECT_EQ(withLabel.localTag().value(), 0x8001);
-
-    const UnknownAttribute withoutLabel(Types::LocalTag(0x3C0A),
-                                        UnknownAttribute::LocalTagNotResolved);
-    EXPECT_EQ(withoutLabel.reason(), UnknownAttribute::LocalTagNotResolved);
-    EXPECT_EQ(withoutLabel.universalLabel(), nullptr);
-    EXPECT_TRUE(withoutLabel.localTag().isStaticLocalTag());
-}
-
 TEST(AttributeRequiredStatus, NamesMatchTheDictionaryFile) {
     using namespace AttributeRequiredStatus;
     EXPECT_STREQ(name(Required), "required");

@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -150,127 +151,95 @@ Layout base() {
     return layout;
 }
 
+// An edit of the base layout (`after`, and for some cases `before`) and the differences it
+// makes.
 struct Case {
     const char* name;
-    Layout before;
-    Layout after;
+    std::function<void(Layout& before, Layout& after)> edit;
     std::vector<Expected> expected;
 };
 
 std::vector<Case> cases() {
-    std::vector<Case> all;
-    all.push_back({"identical", base(), base(), {}});
-    {
-        Layout after = base();
-        std::reverse(after.sets.begin(), after.sets.end());
-        std::reverse(after.darkValues.begin(), after.darkValues.end());
-        after.dynamicCompanyTag = true;
-        after.reversedItems = true;
-        after.fill = true;
-        all.push_back({"set and item order, local tags and fill do not count", base(), after, {}});
-    }
-    {
-        Layout after = base();
-        after.sets[0].company = u"Acm\"e";
-        all.push_back({"changed value",
-                       base(),
-                       after,
-                       {{"item changed", identification, uidText(0x11), "CompanyName", "\"Acme\"",
-                         "\"Acm\\\"e\""}}});
-    }
-    {
-        Layout after = base();
-        after.sets[0].product.reset();
-        after.sets[1].product = u"New";
-        all.push_back(
-            {"item removed and item added",
-             base(),
-             after,
-             {{"item removed", identification, uidText(0x11), "ProductName", "\"Tool\"", ""},
-              {"item added", identification, uidText(0x22), "ProductName", "", "\"New\""}}});
-    }
-    {
-        Layout after = base();
-        after.sets[1].uid = 0x33;
-        all.push_back({"set removed and set added",
-                       base(),
-                       after,
-                       {{"set removed", identification, uidText(0x22), "", "", ""},
-                        {"set added", identification, uidText(0x33), "", "", ""}}});
-    }
-    {
-        Layout after = base();
-        after.sets[1].key = withByte(identificationKey, 7, 0x02);
-        all.push_back({"registry version of the key",
-                       base(),
-                       after,
-                       {{"set key changed", identification, uidText(0x22), "",
-                         keyText(identificationKey), keyText(after.sets[1].key)}}});
-    }
-    {
-        Layout after = base();
-        after.sets[1].key = withByte(identificationKey, 5, 0x13);
-        after.sets[1].berItems = true;
-        all.push_back({"item-length coding of the key",
-                       base(),
-                       after,
-                       {{"set key changed", identification, uidText(0x22), "",
-                         keyText(identificationKey), keyText(after.sets[1].key)}}});
-    }
-    {
-        Layout after = base();
-        after.darkValues = {{2}, {3}, {1}};
-        all.push_back({"dark sets as a multiset",
-                       base(),
-                       after,
-                       {{"dark set removed", keyText(darkKey), "", "", "01", ""},
-                        {"dark set added", keyText(darkKey), "", "", "", "03"}}});
-    }
-    {
-        Layout after = base();
-        after.sets[1].company = std::u16string(u"Beta") + u'\0';
-        all.push_back({"bytes where the texts are equal",
-                       base(),
-                       after,
-                       {{"item changed", identification, uidText(0x22), "CompanyName",
-                         "0042006500740061", "00420065007400610000"}}});
-    }
-    {
-        Layout before = base();
-        before.sets[0].raw = {1, 2};
-        Layout after = base();
-        after.sets[0].raw = {1, 3};
-        all.push_back(
-            {"items known by local tag only",
-             before,
-             after,
-             {{"item changed", identification, uidText(0x11), "tag 90.00", "0102", "0103"}}});
-    }
-    {
-        Layout before;
-        before.sets = {Ident{std::nullopt, u"A", {}, {}}, Ident{0x11, u"X", {}, {}},
-                       Ident{std::nullopt, u"B", {}, {}}};
-        Layout after = before;
-        after.sets[2].company = u"C";
-        std::swap(after.sets[0], after.sets[1]);
-        const std::string second = keyText(identificationKey) + " #2";
-        all.push_back(
-            {"sets without instance UID, by key and place",
-             before,
-             after,
-             {{"item changed", identification, second, "CompanyName", "\"B\"", "\"C\""}}});
-    }
-    return all;
+    const Bytes version2 = withByte(identificationKey, 7, 0x02);
+    const Bytes berCoded = withByte(identificationKey, 5, 0x13);
+    const std::string id11 = uidText(0x11);
+    const std::string id22 = uidText(0x22);
+    return {
+        {"identical", [](Layout&, Layout&) {}, {}},
+        {"set and item order, local tags and fill do not count",
+         [](Layout&, Layout& after) {
+             std::reverse(after.sets.begin(), after.sets.end());
+             std::reverse(after.darkValues.begin(), after.darkValues.end());
+             after.dynamicCompanyTag = true;
+             after.reversedItems = true;
+             after.fill = true;
+         },
+         {}},
+        {"changed value",
+         [](Layout&, Layout& after) { after.sets[0].company = u"Acm\"e"; },
+         {{"item changed", identification, id11, "CompanyName", "\"Acme\"", "\"Acm\\\"e\""}}},
+        {"item removed and item added",
+         [](Layout&, Layout& after) {
+             after.sets[0].product.reset();
+             after.sets[1].product = u"New";
+         },
+         {{"item removed", identification, id11, "ProductName", "\"Tool\"", ""},
+          {"item added", identification, id22, "ProductName", "", "\"New\""}}},
+        {"set removed and set added",
+         [](Layout&, Layout& after) { after.sets[1].uid = 0x33; },
+         {{"set removed", identification, id22, "", "", ""},
+          {"set added", identification, uidText(0x33), "", "", ""}}},
+        {"registry version of the key",
+         [=](Layout&, Layout& after) { after.sets[1].key = version2; },
+         {{"set key changed", identification, id22, "", keyText(identificationKey),
+           keyText(version2)}}},
+        {"item-length coding of the key",
+         [=](Layout&, Layout& after) {
+             after.sets[1].key = berCoded;
+             after.sets[1].berItems = true;
+         },
+         {{"set key changed", identification, id22, "", keyText(identificationKey),
+           keyText(berCoded)}}},
+        {"dark sets as a multiset",
+         [](Layout&, Layout& after) {
+             after.darkValues = {{2}, {3}, {1}};
+         },
+         {{"dark set removed", keyText(darkKey), "", "", "01", ""},
+          {"dark set added", keyText(darkKey), "", "", "", "03"}}},
+        {"bytes where the texts are equal",
+         [](Layout&, Layout& after) { after.sets[1].company = std::u16string(u"Beta") + u'\0'; },
+         {{"item changed", identification, id22, "CompanyName", "0042006500740061",
+           "00420065007400610000"}}},
+        {"items known by local tag only",
+         [](Layout& before, Layout& after) {
+             before.sets[0].raw = {1, 2};
+             after.sets[0].raw = {1, 3};
+         },
+         {{"item changed", identification, id11, "tag 90.00", "0102", "0103"}}},
+        {"sets without instance UID, by key and place",
+         [](Layout& before, Layout& after) {
+             before.sets = {Ident{std::nullopt, u"A", {}, {}}, Ident{0x11, u"X", {}, {}},
+                            Ident{std::nullopt, u"B", {}, {}}};
+             after = before;
+             after.sets[2].company = u"C";
+             std::swap(after.sets[0], after.sets[1]);
+         },
+         {{"item changed", identification, keyText(identificationKey) + " #2", "CompanyName",
+           "\"B\"", "\"C\""}}},
+    };
 }
 
 TEST(HeaderMetadataComparison, FindsEachKindOfDifference) {
     for (const Case& c : cases()) {
         SCOPED_TRACE(c.name);
-        const auto before = partition(c.before);
-        const auto after = partition(c.after);
-        EXPECT_EQ(differences(*before, *after), c.expected);
+        Layout before = base();
+        Layout after = base();
+        c.edit(before, after);
+        const auto a = partition(before);
+        const auto b = partition(after);
+        EXPECT_EQ(differences(*a, *b), c.expected);
         // The other way round, additions and removals swap, old and new values too.
-        EXPECT_EQ(HeaderMetadataComparison::compare(*after, *before).size(), c.expected.size());
+        EXPECT_EQ(HeaderMetadataComparison::compare(*b, *a).size(), c.expected.size());
     }
 }
 

@@ -1,5 +1,6 @@
 #include "Vellum/Metadata/PartitionDictionary.h"
 
+#include "Metadata/HeaderMetadataBytes.h"
 #include "Support/ExpectThrow.h"
 
 #include "Vellum/DataIO/Memory/MemoryDataSink.h"
@@ -71,18 +72,13 @@ TEST(PartitionDictionary, RunsOutOfDynamicTagsWithAnError) {
 
 TEST(PartitionDictionary, WritesAPrimerPack) {
     PartitionDictionary primer(MetaMetadata::Dictionary::builtIn());
+    const UniversalLabel::Bytes ul = privateLabel(3).bytes();
     primer.findOrGenerate(privateLabel(3));
     DataIO::Memory::MemoryDataSink sink;
     primer.serialize(sink);
-    ASSERT_EQ(sink.serializedSize(), primer.serializedSize());
-    ASSERT_EQ(sink.serializedSize(), 16U + 4 + 8 + 18);
-    const std::uint8_t* b = sink.rawBuffer();
-    EXPECT_EQ(b[13], 0x05) << "primer pack key";
-    EXPECT_EQ(b[16], 0x83) << "four-octet length";
-    EXPECT_EQ(b[23], 1) << "one entry";
-    EXPECT_EQ(b[27], 18) << "of 18 bytes";
-    EXPECT_EQ(b[28], 0xFF);
-    EXPECT_EQ(b[29], 0xFF);
+    EXPECT_EQ(sink.serializedSize(), primer.serializedSize());
+    EXPECT_EQ(sink.release(),
+              VellumTest::primer({{0xFFFF, VellumTest::Bytes(ul.begin(), ul.end())}}));
 }
 
 } // namespace

@@ -84,18 +84,29 @@ TEST_P(TextForms, TextSurvivesParseAndPrint) {
     EXPECT_EQ(k.roundTrip(lower), text) << "lower case is accepted, upper case printed";
 }
 
-TEST_P(TextForms, MalformedTextThrowsNamingIt) {
+TEST_P(TextForms, MalformedTextThrowsNamingItAndTheFault) {
     const TextKind& k = GetParam();
     const WString good = dotted((k.textLength + 1) / 3, 0x10);
+    const auto length = [&](std::size_t n) {
+        return "characters (" + std::to_string((k.textLength + 1) / 3) + " bytes as two " +
+               "hexadecimal digits joined by '.'), got " + std::to_string(n);
+    };
     WString noDot = good;
     noDot[2] = u'-';
     WString notHex = good;
     notHex[k.textLength - 1] = u'G';
-    for (const WString& bad :
-         {WString(), good.substr(1), good + u".00", noDot, notHex, WString(good.size(), u'.')}) {
+    const std::pair<WString, std::string> cases[] = {
+        {WString(), length(0)},
+        {good.substr(1), length(k.textLength - 1)},
+        {good + u".00", length(k.textLength + 3)},
+        {noDot, "expected '.' at position 2"},
+        {notHex, "non-hexadecimal digit at position " + std::to_string(k.textLength - 1)},
+        {WString(good.size(), u'.'), "non-hexadecimal digit at position 0"}};
+    for (const auto& [bad, reason] : cases) {
         SCOPED_TRACE(Vellum::Utils::wstringToString(bad));
         EXPECT_THROW_MSG_HAS(k.roundTrip(bad), InvalidFormat,
-                             "'" + Vellum::Utils::wstringToString(bad) + "'");
+                             "'" + Vellum::Utils::wstringToString(bad) + "' is not a valid ");
+        EXPECT_THROW_MSG_HAS(k.roundTrip(bad), InvalidFormat, reason);
     }
 }
 
@@ -110,7 +121,6 @@ TEST(IdentifierValue, ByteAccessIsChecked) {
     EXPECT_THROW_MSG_HAS(uuid[16] = 1, InvalidLength, "byte index 16 is outside the 16");
     const T::UMID64 umid;
     EXPECT_THROW_MSG_HAS(umid[64], InvalidLength, "64 bytes of a UMID64");
-    EXPECT_EQ(T::UMID32::size(), 32U);
 }
 
 TEST(IdentifierValue, RawBytesMustHaveTheExactLength) {
@@ -121,23 +131,12 @@ TEST(IdentifierValue, RawBytesMustHaveTheExactLength) {
     EXPECT_THROW_MSG_HAS(T::UUID(nullptr, 16), InvalidFormat, "no bytes given for a UUID");
 }
 
-TEST(IdentifierValue, ComparesByteWise) {
-    const T::UUID a(dotted(16, 1), DottedHex);
-    const T::UUID b(dotted(16, 2), DottedHex);
-    EXPECT_TRUE(a == T::UUID(a));
-    EXPECT_TRUE(a != b);
-    EXPECT_TRUE(a < b);
-    EXPECT_FALSE(b < a);
-}
-
+// Its text forms are checked by TextForms/LocalTag.
 TEST(LocalTag, ReadsTextAndKnowsStaticTags) {
     const T::LocalTag tag(u"3C.0a", DottedHex);
     EXPECT_EQ(tag.value(), 0x3C0A);
-    EXPECT_EQ(tag.toString(), u"3C.0A");
-    EXPECT_TRUE(tag.isStaticLocalTag());
     EXPECT_TRUE(T::LocalTag(0x7FFF).isStaticLocalTag());
     EXPECT_FALSE(T::LocalTag(0x8000).isStaticLocalTag());
-    EXPECT_EQ(T::LocalTag(0xFFFF).toString(), u"FF.FF");
     EXPECT_EQ(serialized(tag), (Bytes{0x3C, 0x0A}));
     EXPECT_TRUE(T::LocalTag(1) < T::LocalTag(2));
 }
@@ -149,7 +148,6 @@ TEST(Reference, HoldsTheTargetUUID) {
     EXPECT_EQ(strong.toString(), target.toString());
     EXPECT_EQ(serialized(strong), Bytes(target.bytes().begin(), target.bytes().end()));
     EXPECT_EQ(T::WeakReference(target.toString()).uuid(), target);
-    EXPECT_EQ(T::Reference::size(), 16U);
 }
 
 } // namespace
