@@ -45,10 +45,39 @@ class VELLUM_CORE_EXPORT MetadataSet {
 public:
     using ElementList = std::vector<Element*>;
 
+    /// What the element iterators share: a position in a list of elements, stepped and
+    /// compared; `Derived` adds what the position gives.
+    template <typename Derived>
+    class ElementPosition {
+    public:
+        ElementPosition() noexcept = default;
+        explicit ElementPosition(Element* const* position) noexcept
+            : m_position(position) {}
+
+        Derived& operator++() noexcept {
+            ++m_position;
+            return static_cast<Derived&>(*this);
+        }
+        Derived operator++(int) noexcept {
+            Derived before = static_cast<Derived&>(*this);
+            ++m_position;
+            return before;
+        }
+        friend bool operator==(const Derived& a, const Derived& b) noexcept {
+            return a.m_position == b.m_position;
+        }
+        friend bool operator!=(const Derived& a, const Derived& b) noexcept {
+            return a.m_position != b.m_position;
+        }
+
+    protected:
+        Element* const* m_position = nullptr;
+    };
+
     /// Walks a list of elements, giving `E*`: `Element*` from a set, `const Element*` from a
     /// const one.
     template <typename E>
-    class ElementIterator {
+    class ElementIterator : public ElementPosition<ElementIterator<E>> {
     public:
         using value_type = E*;
         using reference = E*;
@@ -56,29 +85,8 @@ public:
         using difference_type = std::ptrdiff_t;
         using iterator_category = std::forward_iterator_tag;
 
-        ElementIterator() noexcept = default;
-        explicit ElementIterator(Element* const* position) noexcept
-            : m_position(position) {}
-
-        E* operator*() const noexcept { return *m_position; }
-        ElementIterator& operator++() noexcept {
-            ++m_position;
-            return *this;
-        }
-        ElementIterator operator++(int) noexcept {
-            ElementIterator before = *this;
-            ++m_position;
-            return before;
-        }
-        friend bool operator==(const ElementIterator& a, const ElementIterator& b) noexcept {
-            return a.m_position == b.m_position;
-        }
-        friend bool operator!=(const ElementIterator& a, const ElementIterator& b) noexcept {
-            return a.m_position != b.m_position;
-        }
-
-    private:
-        Element* const* m_position = nullptr;
+        using ElementPosition<ElementIterator<E>>::ElementPosition;
+        E* operator*() const noexcept { return *this->m_position; }
     };
 
     /// A list of elements, seen through `ElementIterator<E>`.
@@ -102,7 +110,7 @@ public:
     /// Walks the valid elements in label order, giving (label, element) pairs; `E` is
     /// `Element` from a set, `const Element` from a const one.
     template <typename E>
-    class BasicValidIterator {
+    class BasicValidIterator : public ElementPosition<BasicValidIterator<E>> {
     public:
         using value_type = std::pair<const Types::UniversalLabel&, E*>;
         using reference = value_type;
@@ -115,30 +123,11 @@ public:
             const value_type* operator->() const noexcept { return &entry; }
         };
 
-        BasicValidIterator() noexcept = default;
-        explicit BasicValidIterator(Element* const* position) noexcept
-            : m_position(position) {}
-
-        value_type operator*() const noexcept { return {labelOf(**m_position), *m_position}; }
+        using ElementPosition<BasicValidIterator<E>>::ElementPosition;
+        value_type operator*() const noexcept {
+            return {labelOf(**this->m_position), *this->m_position};
+        }
         Arrow operator->() const noexcept { return Arrow{**this}; }
-        BasicValidIterator& operator++() noexcept {
-            ++m_position;
-            return *this;
-        }
-        BasicValidIterator operator++(int) noexcept {
-            BasicValidIterator before = *this;
-            ++m_position;
-            return before;
-        }
-        friend bool operator==(const BasicValidIterator& a, const BasicValidIterator& b) noexcept {
-            return a.m_position == b.m_position;
-        }
-        friend bool operator!=(const BasicValidIterator& a, const BasicValidIterator& b) noexcept {
-            return a.m_position != b.m_position;
-        }
-
-    private:
-        Element* const* m_position = nullptr;
     };
     using ValidIterator = BasicValidIterator<Element>;
     using ConstValidIterator = BasicValidIterator<const Element>;
