@@ -220,6 +220,48 @@ TEST(XML2Partition, InlineSetsMayNestAThousandLevels) {
     EXPECT_EQ(partition->sets().size(), 1001U);
 }
 
+struct InlineCase {
+    const char* name;
+    std::string body;
+    std::size_t sets; // in the partition, each read once
+};
+VELLUM_PRINT_CASE_NAME(InlineCase)
+
+// Sets written inline are read ahead of the set holding them; exactly those its reading
+// reads are made, each once.
+const InlineCase inlineCases[] = {
+    {"FirstChildOfASingleReference",
+     "<probe:ImportProbe><probe:Child><probe:ImportProbe/><probe:ImportProbe/></probe:Child>"
+     "</probe:ImportProbe>",
+     2},
+    {"FirstPropertyOfAName",
+     "<probe:ImportProbe><probe:Children><probe:ImportProbe/></probe:Children><probe:Children>"
+     "<probe:ImportProbe/><probe:ImportProbe/></probe:Children></probe:ImportProbe>",
+     2},
+    {"EveryChildOfACollectionButNamedTargets",
+     "<probe:ImportProbe><probe:Children><probe:ImportProbe/><probe:ImportProbe_REF a=\"x\"/>"
+     "<probe:ImportProbe><probe:Child><probe:ImportProbe/></probe:Child></probe:ImportProbe>"
+     "</probe:Children></probe:ImportProbe>",
+     4},
+    {"NothingAfterANamedTarget",
+     "<probe:ImportProbe><probe:Child><probe:ImportProbe_REF a=\"x\"/><probe:ImportProbe/>"
+     "</probe:Child></probe:ImportProbe>",
+     1},
+    {"WeakReferenceToo",
+     "<probe:ImportProbe><probe:Friend><probe:ImportProbe/></probe:Friend></probe:ImportProbe>", 2},
+};
+
+class InlineSets : public ::testing::TestWithParam<InlineCase> {};
+
+TEST_P(InlineSets, AreMadeWhereTheHoldersReadingReadsThem) {
+    auto partition = probePartition();
+    EXPECT_EQ(importBody(GetParam().body, *partition).size(), 1U);
+    EXPECT_EQ(partition->sets().size(), GetParam().sets);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, InlineSets, ::testing::ValuesIn(inlineCases),
+                         [](const auto& p) { return std::string(p.param.name); });
+
 struct TextCase {
     const char* name;
     std::u16string prologue;
