@@ -1,5 +1,6 @@
 #include "XMLBuilder/ImportTables.h"
 
+#include "XMLBuilder/ElementNameIndex.h"
 #include "XMLBuilder/Vocabulary.h"
 
 #include "Vellum/Exceptions/BaseException.h"
@@ -19,16 +20,6 @@
 #include "Vellum/XMLBuilder/XMLNode.h"
 
 namespace Vellum::XMLBuilder {
-namespace {
-
-WString joined(std::u16string_view namespaceURI, std::u16string_view tagName) {
-    WString key;
-    key.reserve(namespaceURI.size() + 1 + tagName.size());
-    key.append(namespaceURI).append(1, u':').append(tagName);
-    return key;
-}
-
-} // namespace
 
 const Types::UniversalLabel& ImportTables::generationUIDLabel() {
     static const Types::UniversalLabel label(u"06.0E.2B.34.01.01.01.02.05.20.07.01.08.00.00.00",
@@ -90,20 +81,9 @@ const MetaMetadata::MetaMetadataSet* ImportTables::setNamed(const XMLName& name)
 const MetaMetadata::MetaElement* ImportTables::elementNamed(std::u16string_view namespaceURI,
                                                             std::u16string_view tagName) {
     if (!m_elements) {
-        static const WString namespaceProperty(Vocabulary::xmlNamespaceURI);
-        static const WString tagProperty(Vocabulary::xmlTagName);
-        m_elements =
-            std::make_unique<std::unordered_map<WString, const MetaMetadata::MetaElement*>>();
-        for (auto it = m_dictionary.metaElementBegin(); it != m_dictionary.metaElementEnd(); ++it) {
-            const WString* space = it->second->property(namespaceProperty);
-            const WString* tag = it->second->property(tagProperty);
-            if (space != nullptr && tag != nullptr) {
-                m_elements->emplace(joined(*space, *tag), it->second); // the first keeps it
-            }
-        }
+        m_elements = std::make_unique<ElementNameIndex>(m_dictionary);
     }
-    const auto found = m_elements->find(joined(namespaceURI, tagName));
-    return found != m_elements->end() ? found->second : nullptr;
+    return m_elements->find(namespaceURI, tagName);
 }
 
 ImportTables::ElementReading ImportTables::readingOf(const Metadata::Element& element) {

@@ -34,6 +34,7 @@ class MetadataSet;
 
 namespace Vellum::XMLBuilder {
 
+class ElementNameIndex;
 struct XMLName;
 class XMLNode;
 
@@ -112,8 +113,8 @@ private:
     ReferenceNameTable m_names;
     std::map<WString, const MetaMetadata::MetaMetadataSet*, std::less<>> m_setTags;
     std::unordered_map<const XMLName*, const MetaMetadata::MetaMetadataSet*> m_setsByName;
-    /// "namespace:tag" to definition, made on first use.
-    std::unique_ptr<std::unordered_map<WString, const MetaMetadata::MetaElement*>> m_elements;
+    /// Element definitions by XML name, made on first use.
+    std::unique_ptr<ElementNameIndex> m_elements;
     const MetaMetadata::MetaElement* m_instanceUID;
     const MetaMetadata::MetaElement* m_generationUID;
     /// By set definition: the readings of its elements, made once per import rather than

@@ -1,5 +1,6 @@
 #include "XMLBuilder/XMLNames.h"
 
+#include "XMLBuilder/ElementNameIndex.h"
 #include "XMLBuilder/Vocabulary.h"
 
 #include "Vellum/Exceptions/Throw.h"
@@ -94,6 +95,9 @@ bool isXMLText(std::u16string_view text) {
 }
 
 } // namespace
+
+XMLNames::XMLNames(NamespaceRecord& namespaces) noexcept
+    : m_namespaces(namespaces) {}
 
 XMLNames::~XMLNames() = default;
 
@@ -192,20 +196,15 @@ bool XMLNames::namesAnother(const MetaMetadata::MetaElement& meta,
     if (const auto found = m_namesAnother.find(&meta); found != m_namesAnother.end()) {
         return found->second;
     }
-    // The first element in the dictionary's order with this name is the one the import finds.
     const WString* space = meta.property(namespaceProperty());
     const WString* tag = meta.property(tagNameProperty());
     bool another = false;
     if (space != nullptr && tag != nullptr) {
-        for (auto it = dictionary.metaElementBegin(); it != dictionary.metaElementEnd(); ++it) {
-            const WString* otherSpace = it->second->property(namespaceProperty());
-            const WString* otherTag = it->second->property(tagNameProperty());
-            if (otherSpace != nullptr && otherTag != nullptr && *otherSpace == *space &&
-                *otherTag == *tag) {
-                another = it->second != &meta;
-                break;
-            }
+        if (!m_elementNames) {
+            m_elementNames = std::make_unique<ElementNameIndex>(dictionary);
         }
+        const MetaMetadata::MetaElement* found = m_elementNames->find(*space, *tag);
+        another = found != nullptr && found != &meta;
     }
     return m_namesAnother.emplace(&meta, another).first->second;
 }

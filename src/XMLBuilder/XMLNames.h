@@ -29,6 +29,8 @@ class MetadataSet;
 
 namespace Vellum::XMLBuilder {
 
+class ElementNameIndex;
+
 /// What one export pass works out once per definition rather than once per set: the XML
 /// names it writes, what it needs of each meta-attribute, and the order in which the sets of
 /// a definition have their elements written; with the pass's namespace record (a name's
@@ -98,8 +100,7 @@ public:
         std::vector<std::pair<std::size_t, const Item*>> ordered;
     };
 
-    explicit XMLNames(NamespaceRecord& namespaces) noexcept
-        : m_namespaces(namespaces) {}
+    explicit XMLNames(NamespaceRecord& namespaces) noexcept;
     XMLNames(const XMLNames&) = delete;
     XMLNames& operator=(const XMLNames&) = delete;
     ~XMLNames();
@@ -152,6 +153,8 @@ private:
     std::unordered_map<const MetaMetadata::MetaElement*, std::unique_ptr<ElementName>> m_names;
     std::unordered_map<const MetaMetadata::MetaMetadataSet*, std::unique_ptr<Plan>> m_plans;
     std::unordered_map<const MetaMetadata::MetaElement*, bool> m_namesAnother;
+    /// The import's index of elements by name, made on first use.
+    std::unique_ptr<ElementNameIndex> m_elementNames;
     const MetaMetadata::MetaMetadataSet* m_lastSet = nullptr; ///< of the last set() answer
     SetName* m_lastSetName = nullptr;
     const MetaMetadata::MetaMetadataSet* m_lastPlanned = nullptr; ///< of the last plan() answer
