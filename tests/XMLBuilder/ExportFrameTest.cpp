@@ -1,4 +1,4 @@
-#include "XMLBuilder/XMLTestSupport.h"
+#include "XMLUtils/XMLTestSupport.h"
 
 #include "Vellum/KLV/Value.h"
 #include "Vellum/MetaMetadata/Dictionary.h"
@@ -10,11 +10,11 @@
 #include "Vellum/Types/UTF16String.h"
 #include "Vellum/Types/UUID.h"
 #include "Vellum/Types/VersionType.h"
-#include "Vellum/XMLBuilder/Namespaces.h"
 #include "Vellum/XMLBuilder/Partition2XML.h"
 
 #include <gtest/gtest.h>
 #include <xercesc/dom/DOMDocument.hpp>
+#include <xercesc/dom/DOMElement.hpp>
 
 namespace {
 
@@ -73,6 +73,12 @@ std::unique_ptr<Metadata::PartitionMetadata> example() {
     return partition;
 }
 
+// The document's root element serialised compactly, as UTF-8.
+std::string rootText(xercesc::DOMNode* document) {
+    return VellumTest::compactXml(
+        static_cast<xercesc::DOMDocument*>(document)->getDocumentElement());
+}
+
 const std::string uid11 = "11.11.11.11.11.11.11.11.11.11.11.11.11.11.11.11";
 const std::string uid22 = "22.22.22.22.22.22.22.22.22.22.22.22.22.22.22.22";
 const std::string uid33 = "33.33.33.33.33.33.33.33.33.33.33.33.33.33.33.33";
@@ -106,45 +112,34 @@ TEST(ExportFrame, FlatDocument) {
         R"("/>)"
         R"(</groups:FloatingDarkMetadata>)"
         R"(</s377m:MetadataSets>)";
-    EXPECT_EQ(VellumTest::serialize(
-                  static_cast<xercesc::DOMDocument*>(document.get())->getDocumentElement()),
-              expected);
+    EXPECT_EQ(rootText(document.get()), expected);
 }
 
 TEST(ExportFrame, TypedReferencesNestStrongTargets) {
     auto partition = example();
     const auto document = XMLBuilder::partition2XML(partition.get(), true, false);
-    const std::string xml = VellumTest::serialize(
-        static_cast<xercesc::DOMDocument*>(document.get())->getDocumentElement());
+    const std::string xml = rootText(document.get());
     const std::string nested =
         R"(<s377m:Identifications><s377m:Identification rp210:InstanceUID=")" + uid22 +
         R"("><s377m:CompanyName>Vellum</s377m:CompanyName></s377m:Identification></s377m:Identifications>)";
     EXPECT_NE(xml.find(nested), std::string::npos) << xml;
     EXPECT_NE(xml.find(R"(<s377m:ContentStorage><s377m:Dangling_REF)"), std::string::npos) << xml;
-    EXPECT_EQ(VellumTest::countChildren(
-                  *static_cast<xercesc::DOMDocument*>(document.get())->getDocumentElement(),
-                  "groups:FloatingDarkMetadata"),
-              1U);
+    const std::size_t floating = xml.find("<groups:FloatingDarkMetadata>");
+    EXPECT_NE(floating, std::string::npos);
+    EXPECT_EQ(floating, xml.rfind("<groups:FloatingDarkMetadata>")) << "one floating container";
 }
 
 TEST(ExportFrame, StartSetVariantStartsThereAndKeepsTheFloatingPass) {
     auto partition = example();
     const Metadata::MetadataSet* floating = partition->sets()[2];
     const auto document = XMLBuilder::partition2XML(partition.get(), floating, false, false);
-    const auto* root = static_cast<xercesc::DOMDocument*>(document.get())->getDocumentElement();
-    const std::string xml = VellumTest::serialize(root);
+    const std::string xml = rootText(document.get());
     EXPECT_EQ(xml.find(R"(<s377m:Identification rp210:InstanceUID=")" + uid33), xml.find("><") + 1)
         << "the start set is the root's first child: " << xml;
     // Nothing of the partition is left out: the floating pass writes the sets the start set
     // does not reach, the Preface among them, after the dark metadata.
     EXPECT_EQ(xml.find("<groups:FloatingDarkMetadata><groups:DarkMetadata"), xml.find("<groups:"));
     EXPECT_LT(xml.find("<groups:DarkMetadata"), xml.find(R"(<s377m:Preface)")) << xml;
-}
-
-TEST(ExportFrame, RootNameAndNamespaceComeFromTheExportedStrings) {
-    EXPECT_EQ(XMLBuilder::getNamespaceURI().wstring(), u"urn:SMPTE:S377M");
-    EXPECT_EQ(XMLBuilder::getPrefix().wstring(), u"s377m");
-    EXPECT_EQ(&XMLBuilder::getPrefix(), &XMLBuilder::getPrefix());
 }
 
 } // namespace

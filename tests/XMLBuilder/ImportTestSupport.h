@@ -18,20 +18,6 @@
 
 namespace VellumTest {
 
-/// Instance identifiers of a document (the values of rp210:InstanceUID and
-/// types:TargetInstance) by order of first appearance anywhere in it.
-struct IdentifierOrder {
-    std::map<std::string, std::size_t> index;
-    std::vector<std::string> inOrder;
-};
-
-/// The identifiers of `xml` in order of first appearance.
-IdentifierOrder identifierOrder(const std::string& xml);
-
-/// `xml` with every instance identifier (and every bare 47-character UUID text equal to one)
-/// replaced by "#<order of first appearance>".
-std::string normalizeIdentifiers(const std::string& xml);
-
 /// The document text of `partition`'s export, as UTF-8.
 std::string exportText(Vellum::Metadata::PartitionMetadata& partition, bool typedReferences);
 
@@ -42,11 +28,9 @@ std::unique_ptr<Vellum::Metadata::PartitionMetadata> emptyPartition();
 std::unique_ptr<Vellum::Metadata::PartitionMetadata>
 serializedAndReadBack(Vellum::Metadata::PartitionMetadata& partition);
 
-/// A canonical text of every set of `partition`, keyed by its identifier's order in `order`:
-/// the set's key and, per element (by label, invalid ones by position), its value; strings by
-/// their text without NUL terminators, instance identifiers and references through `order`.
-std::map<std::string, std::string>
-canonicalSets(const Vellum::Metadata::PartitionMetadata& partition, const IdentifierOrder& order);
+/// The differences from `a` to `b`, one line each; empty when they hold equal header metadata.
+std::string differences(const Vellum::Metadata::PartitionMetadata& a,
+                        const Vellum::Metadata::PartitionMetadata& b);
 
 /// The built-in dictionary plus the test set "probe:ImportProbe" (namespace urn:vellum:probe,
 /// key probeKey) whose elements cover the collection and reference kinds: Names (batch of

@@ -68,17 +68,6 @@ const Case cases[] = {
      header(identifications({uuid(0x22)}), klv(identificationKey, item(0x3C01, utf16(u"x"))))},
 };
 
-std::string differences(const PartitionMetadata& a, const PartitionMetadata& b) {
-    std::string out;
-    for (const auto& d : HeaderMetadataComparison::compare(a, b)) {
-        out += std::string(Vellum::Metadata::MetadataDifference::kindName(d.kind)) + " " +
-               Vellum::Utils::wstringToString(d.setName + u" " + d.elementName + u": " +
-                                              d.oldValue + u" -> " + d.newValue) +
-               "\n";
-    }
-    return out;
-}
-
 class LosslessRoundTrip : public ::testing::TestWithParam<std::tuple<Case, bool>> {};
 
 TEST_P(LosslessRoundTrip, ExportImportGivesEqualHeaderMetadata) {

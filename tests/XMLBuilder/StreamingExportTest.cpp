@@ -196,12 +196,18 @@ TEST_P(PartitionStreaming, TextEqualsTheSerialisedDocument) {
 INSTANTIATE_TEST_SUITE_P(Cases, PartitionStreaming, ::testing::ValuesIn(cases),
                          [](const auto& p) { return std::string(p.param.name); });
 
-TEST(PartitionStreaming, NothingIsWrittenWithoutAPreface) {
+TEST(PartitionStreaming, NothingIsWrittenWithoutAPartitionOrAPreface) {
     const Metadata::PartitionMetadata empty(MetaMetadata::Dictionary::builtIn());
-    std::ostringstream out;
-    EXPECT_FALSE(XMLBuilder::partition2XML(&empty, false, false, Encoding::UTF8, out));
-    EXPECT_FALSE(XMLBuilder::partition2XML(nullptr, false, false, Encoding::UTF8, out));
-    EXPECT_TRUE(out.str().empty());
+    for (const Metadata::PartitionMetadata* partition :
+         {&empty, static_cast<const Metadata::PartitionMetadata*>(nullptr)}) {
+        std::ostringstream out;
+        EXPECT_FALSE(XMLBuilder::partition2XML(partition, false, false, Encoding::UTF8, out));
+        EXPECT_TRUE(out.str().empty());
+        EXPECT_FALSE(XMLBuilder::partition2XML(partition, false, false));
+        WString untouched = u"keep";
+        XMLBuilder::partition2XML(partition, false, false, Encoding::UTF8, untouched);
+        EXPECT_EQ(untouched, u"keep");
+    }
 }
 
 TEST(PartitionStreaming, AFailingStreamIsAnIOError) {
