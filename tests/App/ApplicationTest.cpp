@@ -1,7 +1,9 @@
 #include "CliSupport.h"
+#include "Support/Samples.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -11,6 +13,8 @@ using VellumTest::runVellum;
 using Arguments = std::vector<std::string>;
 
 using Application = VellumTest::ProgramTest;
+
+const std::string bitexactSample = VellumTest::sampleDir() + "/ffmpeg-op1a-mpeg2-pcm-bitexact.mxf";
 
 TEST_F(Application, EveryWayOfAskingForTheUsageListsTheCommands) {
     for (const Arguments& arguments :
@@ -84,6 +88,45 @@ TEST_F(Application, VersionNamesTheProjectVersion) {
     EXPECT_EQ(run.out.rfind("vellum " VELLUM_EXPECTED_VERSION "\n", 0), 0U) << run.out;
     EXPECT_NE(run.out.find("Vellum::Core library " VELLUM_EXPECTED_VERSION), std::string::npos)
         << run.out;
+}
+
+// Every command that writes a file writes there what it writes to standard output for "-"
+// (and, where the option may be left out, without it), replacing what was there.
+TEST_F(Application, OutputFilesHoldWhatStandardOutputGets) {
+    const std::string doc = m_dir.file("doc.xml");
+    ASSERT_EQ(runVellum({"to-xml", bitexactSample, "-o", doc}, m_dir).exitCode, 0);
+    const struct {
+        Arguments arguments; // "OUT" stands for the output
+        bool optional;       // whether the output option may be left out
+    } cases[] = {
+        {{"to-xml", "--typed-references", "-o", "OUT", bitexactSample}, true},
+        {{"to-xml", bitexactSample, "--output", "OUT"}, true},
+        {{"graph", "-o", "OUT", bitexactSample}, true},
+        {{"from-xml", "--xml", "-o", "OUT", doc}, true},
+        {{"from-xml", doc, "--output", "OUT"}, false},
+        {{"header", bitexactSample, "-o", "OUT"}, false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.arguments[0] + " " + c.arguments[1]);
+        const std::string output = m_dir.write("out", {'o', 'l', 'd'});
+        Arguments toFile = c.arguments;
+        Arguments toDash = c.arguments;
+        std::replace(toFile.begin(), toFile.end(), std::string("OUT"), output);
+        std::replace(toDash.begin(), toDash.end(), std::string("OUT"), std::string("-"));
+        const auto written = runVellum(toFile, m_dir);
+        ASSERT_EQ(written.exitCode, 0) << written.err;
+        EXPECT_EQ(written.out + written.err, "");
+        const auto dash = runVellum(toDash, m_dir);
+        ASSERT_EQ(dash.exitCode, 0) << dash.err;
+        EXPECT_EQ(dash.err, "");
+        const auto bytes = VellumTest::readFile(output);
+        EXPECT_EQ(std::string(bytes.begin(), bytes.end()), dash.out);
+        if (c.optional) {
+            const auto at = std::find(toDash.begin(), toDash.end(), "-");
+            toDash.erase(at - 1, at + 1);
+            EXPECT_EQ(runVellum(toDash, m_dir).out, dash.out);
+        }
+    }
 }
 
 TEST_F(Application, BadCommandLinesExitWithStatusTwoAndTheUsage) {

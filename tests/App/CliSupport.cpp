@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <sstream>
@@ -155,6 +156,24 @@ void expectUsageErrors(const std::string& command, const std::vector<UsageCase>&
         EXPECT_TRUE(failedWith(run, 2, c.problem)) << command;
         EXPECT_NE(run.err.find("(usage: " + synopsis), std::string::npos) << run.err;
     }
+}
+
+ProgramRun expectFailureKeepsOutput(std::vector<std::string> arguments, const std::string& problem,
+                                    const TempDir& dir) {
+    const std::filesystem::path folder = dir.path() / "kept";
+    std::filesystem::remove_all(folder);
+    std::filesystem::create_directory(folder);
+    const std::vector<std::uint8_t> old = {'o', 'l', 'd'};
+    const std::string output = dir.write("kept/old.out", old);
+    std::replace(arguments.begin(), arguments.end(), std::string("OUT"), output);
+    const ProgramRun run = runVellum(arguments, dir);
+    EXPECT_TRUE(failedWith(run, 1, problem));
+    EXPECT_EQ(readFile(output), old);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder),
+                            std::filesystem::directory_iterator()),
+              1)
+        << "no temporary file is left behind";
+    return run;
 }
 
 bool namesOffset(const std::string& text, std::uint64_t offset) {

@@ -87,6 +87,12 @@ struct UsageCase {
 void expectUsageErrors(const std::string& command, const std::vector<UsageCase>& cases,
                        const std::string& synopsis, const TempDir& dir);
 
+/// Runs `arguments`, in which "OUT" stands for an output file that already exists alone in a
+/// folder; expects the run to fail with status 1 and one error line naming `problem`, the
+/// output unchanged and no temporary file left beside it. Returns the run.
+ProgramRun expectFailureKeepsOutput(std::vector<std::string> arguments, const std::string& problem,
+                                    const TempDir& dir);
+
 /// Whether `text` names "offset <offset>" (and not a longer number that starts alike).
 bool namesOffset(const std::string& text, std::uint64_t offset);
 

@@ -244,14 +244,4 @@ TEST_F(Graph, OptionsAndFailuresAreReported) {
     }
 }
 
-TEST_F(Graph, WritesToAFile) {
-    const std::string out = m_dir.file("graph.dot");
-    const auto toFile = runVellum({"graph", "-o", out, bitexactSample}, m_dir);
-    ASSERT_EQ(toFile.exitCode, 0) << toFile.err;
-    EXPECT_EQ(toFile.out, "");
-    const auto toStdout = runVellum({"graph", bitexactSample}, m_dir);
-    const auto written = VellumTest::readFile(out);
-    EXPECT_EQ(std::string(written.begin(), written.end()), toStdout.out);
-}
-
 } // namespace

@@ -20,12 +20,6 @@ struct XmlSummary {
 /// toolkit's ParseError for a malformed document.
 XmlSummary summariseXml(const std::string& bytes);
 
-/// `text` with each 16-byte identifier written as 47 characters of dotted hex, other than
-/// SMPTE labels (06.0E.2B.34...), replaced by "#<n>", n being the order of its first
-/// appearance; so two documents that differ only in the instance identifiers chosen for
-/// their sets become equal.
-std::string normaliseIdentifiers(const std::string& text);
-
 } // namespace VellumTest
 
 #endif
