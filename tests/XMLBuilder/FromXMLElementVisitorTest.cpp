@@ -22,10 +22,6 @@ using namespace Vellum;
 using VellumTest::elementOf;
 using VellumTest::probeLabel;
 
-std::unique_ptr<Metadata::PartitionMetadata> probePartition() {
-    return std::make_unique<Metadata::PartitionMetadata>(VellumTest::probeDictionary());
-}
-
 std::string items(const std::string& property, const std::vector<std::string>& values) {
     std::string xml = "<probe:" + property + ">";
     for (const auto& value : values) {
@@ -63,7 +59,7 @@ class VariableSizeItems : public ::testing::TestWithParam<SizeCase> {};
 
 TEST_P(VariableSizeItems, MustShareOneSize) {
     const SizeCase& c = GetParam();
-    auto partition = probePartition();
+    auto partition = VellumTest::probePartition();
     try {
         const auto& set = probe(*partition, items("Names", c.values));
         EXPECT_FALSE(c.differing);
@@ -82,13 +78,13 @@ INSTANTIATE_TEST_SUITE_P(Cases, VariableSizeItems, ::testing::ValuesIn(sizeCases
                          [](const auto& p) { return std::string(p.param.name); });
 
 TEST(FromXMLElementVisitor, EmptyItemBeforeTheFirstNonEmptyIsNotMeasuredButCannotBeStored) {
-    auto partition = probePartition();
+    auto partition = VellumTest::probePartition();
     EXPECT_THROW_MSG(probe(*partition, items("Names", {"", "abc"})), InvalidLength,
                      "a Batch of ISO7String has items of 3 bytes, not 0");
 }
 
 TEST(FromXMLElementVisitor, CollectionsWithoutItemsArePresentAndEmpty) {
-    auto partition = probePartition();
+    auto partition = VellumTest::probePartition();
     const auto& set = probe(*partition, "<probe:Counts/><probe:Titles/><probe:Children/>");
     const auto& counts = elementOf<Metadata::ArrayElement>(set, probeLabel("Counts"));
     ASSERT_FALSE(counts.isEmpty());
@@ -105,7 +101,7 @@ TEST(FromXMLElementVisitor, CollectionsWithoutItemsArePresentAndEmpty) {
 }
 
 TEST(FromXMLElementVisitor, ItemsKeepTheirOrderAndValues) {
-    auto partition = probePartition();
+    auto partition = VellumTest::probePartition();
     const auto& set =
         probe(*partition,
               items("Counts", {"1", "70000"}) + items("Blobs", {"0A0B", "0c0d"}) +
@@ -129,7 +125,7 @@ TEST(FromXMLElementVisitor, ItemsKeepTheirOrderAndValues) {
 }
 
 TEST(FromXMLElementVisitor, ItemWithoutValueOfAFixedSizeTypeIsRejected) {
-    auto partition = probePartition();
+    auto partition = VellumTest::probePartition();
     EXPECT_THROW_MSG(probe(*partition, items("Counts", {"1", ""})), InvalidFormat,
                      "item 2 of probe:Counts holds no value");
 }
@@ -139,7 +135,7 @@ const Types::UUID& targetOf(const Metadata::MetadataSet& set, const char* name) 
 }
 
 TEST(FromXMLElementVisitor, ReferencesByNameShareIdentifiersByName) {
-    auto partition = probePartition();
+    auto partition = VellumTest::probePartition();
     const auto sets = VellumTest::importBody(
         R"(<probe:ImportProbe><probe:Friend><probe:ImportProbe_REF types:TargetInstance="a"/></probe:Friend>)"
         R"(<probe:Child><probe:ImportProbe_REF types:TargetInstance="b"/></probe:Child></probe:ImportProbe>)"
@@ -158,7 +154,7 @@ TEST(FromXMLElementVisitor, ReferencesByNameShareIdentifiersByName) {
 }
 
 TEST(FromXMLElementVisitor, SetsWrittenInlineAreMadeAndReferenced) {
-    auto partition = probePartition();
+    auto partition = VellumTest::probePartition();
     const auto& set = probe(
         *partition,
         "<probe:Child><probe:ImportProbe><probe:Note>inner</probe:Note></probe:ImportProbe></"
@@ -179,7 +175,7 @@ TEST(FromXMLElementVisitor, SetsWrittenInlineAreMadeAndReferenced) {
 }
 
 TEST(FromXMLElementVisitor, ReferenceElementWithoutAttributeIsAParseError) {
-    auto partition = probePartition();
+    auto partition = VellumTest::probePartition();
     EXPECT_THROW_MSG(
         probe(*partition, "<probe:Friend><probe:ImportProbe_REF/></probe:Friend>"), ParseError,
         "the reference element probe:ImportProbe_REF has no attribute naming its target");

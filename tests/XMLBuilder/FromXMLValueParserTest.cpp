@@ -251,14 +251,13 @@ const std::string basicUMID = "06.0A.2B.34.01.01.01.05.01.01.0D.00.13.00.00.00.0
                               "66.77.88.99.AA.BB.CC.DD.EE.FF";
 const std::string zeros32 = std::string(64, '0');
 
-TEST(ValueParser, ExtendedClipIDPadsABasicUMIDWithAZeroSourcePack) {
+// ExtendedClipID pads a basic UMID with a zero source pack and keeps an extended one; other
+// elements are not padded.
+TEST(ValueParser, ExtendedClipIDPadsABasicUMIDOnly) {
     const std::string bytes = parsed(basicUMID, Identifier::UMID64, "ExtendedClipID");
     ASSERT_EQ(bytes.size(), 128U);
     EXPECT_EQ(bytes.substr(64), zeros32);
     EXPECT_EQ(bytes.substr(0, 8), "060A2B34");
-}
-
-TEST(ValueParser, ExtendedUMIDIsKeptAndOtherElementsAreNotPadded) {
     const std::string extended = basicUMID + "." + basicUMID;
     EXPECT_EQ(parsed(extended, Identifier::UMID64, "ExtendedClipID").substr(64, 8), "060A2B34");
     EXPECT_EQ(parsed(basicUMID, Identifier::UMID32, "v").size(), 64U);

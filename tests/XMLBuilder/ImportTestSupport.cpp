@@ -109,6 +109,10 @@ Templates::SharedPtr<MetaMetadata::Dictionary> probeDictionary() {
     return dictionary;
 }
 
+std::unique_ptr<Metadata::PartitionMetadata> probePartition() {
+    return std::make_unique<Metadata::PartitionMetadata>(probeDictionary());
+}
+
 std::string document(const std::string& body) {
     return R"(<?xml version="1.0" encoding="UTF-8"?>)"
            R"(<s377m:MetadataSets xmlns:s377m="urn:SMPTE:S377M" xmlns:rp210="http://www.smpte-ra.org/rp210" )"

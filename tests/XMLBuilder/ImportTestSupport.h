@@ -39,6 +39,8 @@ std::string differences(const Vellum::Metadata::PartitionMetadata& a,
 /// Child (strong reference), Friend (weak reference) and Note (UTF16String).
 Vellum::Templates::SharedPtr<Vellum::MetaMetadata::Dictionary> probeDictionary();
 extern const char16_t* const probeKey;
+/// A new empty partition over probeDictionary().
+std::unique_ptr<Vellum::Metadata::PartitionMetadata> probePartition();
 /// The label of the ImportProbe element `name` (Names, Titles, Counts, Blobs, Components,
 /// Children, Child, Friend, Note).
 Vellum::Types::UniversalLabel probeLabel(const std::string& name);

@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 // The streaming text export against the DOM export serialised by Xerces-C: byte for byte the
@@ -119,6 +120,35 @@ INSTANTIATE_TEST_SUITE_P(Samples, SampleStreaming, ::testing::ValuesIn(samplePat
                              return testName(path.parent_path().filename().string() + "_" +
                                              path.filename().string());
                          });
+
+// Exports on several threads at once give the documents of exports one after another.
+TEST(SampleStreaming, ConcurrentExportsGiveTheSameDocuments) {
+    const std::vector<std::string> names = {"ffmpeg-op1a-mpeg2-pcm-bitexact.mxf",
+                                            "gst-mxfmux-multi-mpeg2-pcm-mp3-ac3.mxf"};
+    const auto readSample = [](const std::string& name) {
+        return Metadata::PartitionMetadata::readFile(sampleDir() + "/" + name, "header",
+                                                     MetaMetadata::Dictionary::builtIn());
+    };
+    std::vector<WString> expected(names.size());
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        XMLBuilder::partition2XML(readSample(names[i]).get(), true, false, Encoding::UTF8,
+                                  expected[i]);
+    }
+    std::vector<WString> results(names.size() * 4);
+    std::vector<std::thread> threads;
+    for (std::size_t t = 0; t < results.size(); ++t) {
+        threads.emplace_back([&, t] {
+            XMLBuilder::partition2XML(readSample(names[t % names.size()]).get(), true, false,
+                                      Encoding::UTF8, results[t]);
+        });
+    }
+    for (auto& thread : threads) {
+        thread.join();
+    }
+    for (std::size_t t = 0; t < results.size(); ++t) {
+        EXPECT_EQ(results[t], expected[t % names.size()]) << "thread " << t;
+    }
+}
 
 // ---- Header metadata built byte by byte.
 

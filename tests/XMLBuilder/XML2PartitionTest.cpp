@@ -15,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -27,10 +28,6 @@ const auto identificationKey =
     KLV::Key(u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.30.00", Types::DottedHex);
 const auto companyName = VellumTest::label(u"06.0E.2B.34.01.01.01.02.05.20.07.01.02.01.00.00");
 const std::string darkKey = "06.0E.2B.34.01.02.01.01.0D.01.03.01.15.01.05.01";
-
-std::unique_ptr<Metadata::PartitionMetadata> probePartition() {
-    return std::make_unique<Metadata::PartitionMetadata>(VellumTest::probeDictionary());
-}
 
 std::string darkSet(const std::string& name = "groups:DarkMetadata") {
     return "<" + name + R"( groups:Key=")" + darkKey + R"(" groups:BEROctetCount="4">0A</)" + name +
@@ -57,48 +54,44 @@ TEST(XML2Partition, NullPartitionIsInvalidFormatInEveryEntry) {
                  Exceptions::InvalidFormat);
 }
 
-TEST(XML2Partition, RootWithoutElementsGivesNothing) {
-    auto partition = VellumTest::emptyPartition();
-    EXPECT_TRUE(importBody("text only<!-- and a comment -->", *partition).empty());
-    EXPECT_TRUE(partition->sets().empty());
-    EXPECT_EQ(partition->darkCount(), 0U);
-}
-
-TEST(XML2Partition, TopLevelSetsAreKnownByLocalNameAndUnknownOnesSkipped) {
-    auto partition = VellumTest::emptyPartition();
-    const auto sets = importBody(
-        R"(<s377m:Preface/><x:Unheard xmlns:x="urn:x"><s377m:Identification/></x:Unheard>)"
-        R"(<x:Identification xmlns:x="urn:elsewhere"/><Identification/>)",
-        *partition);
-    ASSERT_EQ(sets.size(), 3U);
-    EXPECT_EQ(sets.front()->key(), prefaceKey);
-    EXPECT_EQ((*std::next(sets.begin()))->key(), identificationKey);
-    EXPECT_EQ(sets.back()->key(), identificationKey);
-    EXPECT_EQ(partition->sets().size(), 3U) << "the set inside the unknown element is not read";
-}
-
-TEST(XML2Partition, FloatingDarkMetadataHoldsSetsAndDarkSets) {
-    auto partition = VellumTest::emptyPartition();
-    const auto sets = importBody(
-        "<s377m:Preface/><groups:FloatingDarkMetadata>" + darkSet() + "<s377m:Identification/>" +
-            darkSet("groups:FloatingDarkMetadata") + "</groups:FloatingDarkMetadata>",
-        *partition);
-    ASSERT_EQ(sets.size(), 2U);
-    EXPECT_EQ(sets.back()->key(), identificationKey);
-    EXPECT_EQ(partition->darkCount(), 2U) << "a nested container is read as a dark set";
-}
-
-TEST(XML2Partition, FloatingContainerNeedsThePrefixGroups) {
-    auto partition = VellumTest::emptyPartition();
-    const auto sets = importBody(R"(<g:FloatingDarkMetadata xmlns:g="urn:SMPTE:Groups:MXF">)" +
-                                     darkSet() + "</g:FloatingDarkMetadata>",
-                                 *partition);
-    EXPECT_TRUE(sets.empty());
-    EXPECT_EQ(partition->darkCount(), 0U);
+// What the root's children give: sets known by local name (unknown elements skipped with
+// what they hold), and dark sets from a floating container only when it has the prefix groups.
+TEST(XML2Partition, TopLevelElementsGiveTheSetsAndDarkSetsTheyHold) {
+    const struct {
+        std::string body;
+        std::vector<KLV::Key> keys; // of the sets returned, which are all the partition's
+        std::size_t dark;
+    } cases[] = {
+        {"text only<!-- and a comment -->", {}, 0},
+        {R"(<s377m:Preface/><x:Unheard xmlns:x="urn:x"><s377m:Identification/></x:Unheard>)"
+         R"(<x:Identification xmlns:x="urn:elsewhere"/><Identification/>)",
+         {prefaceKey, identificationKey, identificationKey},
+         0},
+        // A nested container is read as a dark set.
+        {"<s377m:Preface/><groups:FloatingDarkMetadata>" + darkSet() + "<s377m:Identification/>" +
+             darkSet("groups:FloatingDarkMetadata") + "</groups:FloatingDarkMetadata>",
+         {prefaceKey, identificationKey},
+         2},
+        {R"(<g:FloatingDarkMetadata xmlns:g="urn:SMPTE:Groups:MXF">)" + darkSet() +
+             "</g:FloatingDarkMetadata>",
+         {},
+         0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.body);
+        auto partition = VellumTest::emptyPartition();
+        std::vector<KLV::Key> keys;
+        for (const auto* set : importBody(c.body, *partition)) {
+            keys.push_back(set->key());
+        }
+        EXPECT_EQ(keys, c.keys);
+        EXPECT_EQ(partition->sets().size(), c.keys.size());
+        EXPECT_EQ(partition->darkCount(), c.dark);
+    }
 }
 
 TEST(XML2Partition, SetsMadeBeforeAFailureStayInThePartition) {
-    auto partition = probePartition();
+    auto partition = VellumTest::probePartition();
     EXPECT_THROW_MSG(importBody("<s377m:Preface/><s377m:Identification/><probe:ImportProbe>"
                                 "<probe:Blobs><probe:Element>ABC</probe:Element></probe:Blobs>"
                                 "</probe:ImportProbe><s377m:Identification/>",
@@ -179,7 +172,7 @@ class ImportFailures : public ::testing::TestWithParam<FailureCase> {};
 
 TEST_P(ImportFailures, ReachTheCallerAsToolkitExceptions) {
     const FailureCase& c = GetParam();
-    auto partition = probePartition();
+    auto partition = VellumTest::probePartition();
     EXPECT_TRUE(VellumTest::throwsNamed(
         [&] {
             XML2Partition::getPartitionMetadataFromBuffer(
@@ -193,7 +186,7 @@ INSTANTIATE_TEST_SUITE_P(Cases, ImportFailures, ::testing::ValuesIn(failureCases
                          [](const auto& p) { return std::string(p.param.name); });
 
 TEST(XML2Partition, InlineSetsMayNestAThousandLevels) {
-    auto partition = probePartition();
+    auto partition = VellumTest::probePartition();
     const auto sets = importBody(nested(2 * 1001 - 1), *partition);
     EXPECT_EQ(sets.size(), 1U);
     EXPECT_EQ(partition->sets().size(), 1001U);
