@@ -130,19 +130,73 @@ TEST_F(Application, OutputFilesHoldWhatStandardOutputGets) {
 }
 
 TEST_F(Application, BadCommandLinesExitWithStatusTwoAndTheUsage) {
-    using VellumTest::expectUsageErrors;
-    expectUsageErrors(
-        "", {{{"frob"}, "unknown command 'frob'"}, {{"--frob"}, "unknown option '--frob'"}},
-        "vellum COMMAND", m_dir);
-    expectUsageErrors("help",
-                      {{{"frob"}, "unknown command 'frob'"},
-                       {{"klv", "version"}, "unexpected argument 'version'"}},
-                      "vellum help [COMMAND]", m_dir);
-    expectUsageErrors("version",
-                      {{{"extra"}, "unexpected argument 'extra'"},
-                       {{"--help=yes"}, "option '--help' takes no value"},
-                       {{"-x"}, "unknown option '-x'"}},
-                      "vellum version", m_dir);
+    const std::string doc = m_dir.file("doc.xml"); // never read: the command line is refused
+    const struct {
+        std::string command;
+        std::vector<VellumTest::UsageCase> cases;
+        std::string synopsis;
+    } commands[] = {
+        {"",
+         {{{"frob"}, "unknown command 'frob'"}, {{"--frob"}, "unknown option '--frob'"}},
+         "vellum COMMAND"},
+        {"help",
+         {{{"frob"}, "unknown command 'frob'"},
+          {{"klv", "version"}, "unexpected argument 'version'"}},
+         "vellum help [COMMAND]"},
+        {"version",
+         {{{"extra"}, "unexpected argument 'extra'"},
+          {{"--help=yes"}, "option '--help' takes no value"},
+          {{"-x"}, "unknown option '-x'"}},
+         "vellum version"},
+        {"klv",
+         {{{}, "missing FILE"},
+          {{"a.mxf", "b.mxf"}, "unexpected argument 'b.mxf'"},
+          {{bitexactSample, "--limit"}, "option '--limit' needs a value"},
+          {{"--limit", "0", bitexactSample}, "needs a whole number from 1 up, not '0'"},
+          {{"--limit", "-3", bitexactSample}, "not '-3'"},
+          {{"--limit=", bitexactSample}, "not ''"},
+          {{"--limit=1x", bitexactSample}, "not '1x'"},
+          {{"--limit", "18446744073709551616", bitexactSample}, "not '18446744073709551616'"},
+          {{"--limit", "1", "--limit", "2", bitexactSample}, "given more than once"},
+          {{"--frob", bitexactSample}, "unknown option '--frob'"}},
+         "vellum klv [--limit N] FILE)"},
+        {"header",
+         {{{bitexactSample}, "missing -o OUT"},
+          {{}, "missing FILE"},
+          {{"-o", "x.klv"}, "missing FILE"},
+          {{bitexactSample, "-o"}, "option '--output' needs a value"},
+          {{bitexactSample, "-o", ""}, "needs a file name"},
+          {{bitexactSample, "-o", "a", "--output", "b"}, "given more than once"},
+          {{bitexactSample, "other.mxf", "-o", "a"}, "unexpected argument 'other.mxf'"}},
+         "vellum header"},
+        {"to-xml",
+         {{{}, "missing FILE"},
+          {{bitexactSample, "other.mxf"}, "unexpected argument 'other.mxf'"},
+          {{"--encoding", "latin-1", bitexactSample}, "needs utf-8 or utf-16, not 'latin-1'"},
+          {{"--encoding", "UTF-8", bitexactSample}, "not 'UTF-8'"},
+          {{"--encoding", bitexactSample}, "missing FILE"},
+          {{"-o", "", bitexactSample}, "needs a file name"},
+          {{"--compact=yes", bitexactSample}, "takes no value"},
+          {{"--compact", "--compact", bitexactSample}, "given more than once"},
+          {{"--xml", bitexactSample}, "unknown option '--xml'"}},
+         "vellum to-xml"},
+        {"from-xml",
+         {{{doc}, "missing -o OUT"},
+          {{}, "missing DOC"},
+          {{"-o", "x.klv"}, "missing DOC"},
+          {{doc, "other.xml", "-o", "x.klv"}, "unexpected argument 'other.xml'"},
+          {{doc, "-o", ""}, "needs a file name"},
+          {{doc, "-o", "x.klv", "--compact"}, "option '--compact' needs --xml"},
+          {{doc, "-o", "x.klv", "--typed-references"}, "'--typed-references' needs --xml"},
+          {{doc, "-o", "x.klv", "--structural-only"}, "'--structural-only' needs --xml"},
+          {{doc, "-o", "x.klv", "--encoding", "utf-8"}, "'--encoding' needs --xml"},
+          {{doc, "--xml", "--encoding", "utf-32"}, "needs utf-8 or utf-16, not 'utf-32'"},
+          {{doc, "--partition", "footer", "-o", "x.klv"}, "unknown option '--partition'"}},
+         "vellum from-xml"},
+    };
+    for (const auto& c : commands) {
+        VellumTest::expectUsageErrors(c.command, c.cases, c.synopsis, m_dir);
+    }
 }
 
 } // namespace

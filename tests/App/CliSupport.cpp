@@ -295,6 +295,16 @@ std::uint64_t countAfter(const std::string& out, const std::string& label) {
     throw std::runtime_error("no line starting with '" + label + ":' in the output");
 }
 
+std::vector<std::uint8_t> withUnknownTimecodeKey(const std::string& path) {
+    std::vector<std::uint8_t> bytes = readFile(path);
+    const std::vector<std::uint8_t> timecode = {0x06, 0x0E, 0x2B, 0x34, 0x02, 0x53, 0x01, 0x01,
+                                                0x0D, 0x01, 0x01, 0x01, 0x01, 0x01, 0x14, 0x00};
+    std::vector<std::uint8_t> unknown = timecode;
+    unknown[14] = 0xF0;
+    replaceFirst(bytes, timecode, unknown);
+    return bytes;
+}
+
 std::vector<SetLine> parseSetsListing(const std::string& out) {
     std::vector<SetLine> sets;
     std::istringstream in(out);

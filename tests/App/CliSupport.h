@@ -147,6 +147,10 @@ struct SetLine {
 void replaceFirst(std::vector<std::uint8_t>& bytes, const std::vector<std::uint8_t>& from,
                   const std::vector<std::uint8_t>& to);
 
+/// The bytes of the file at `path` with the key of its first TimecodeComponent changed to one
+/// no dictionary knows, 06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.F0.00.
+std::vector<std::uint8_t> withUnknownTimecodeKey(const std::string& path);
+
 /// The sets of a `sets` listing, in order.
 std::vector<SetLine> parseSetsListing(const std::string& out);
 

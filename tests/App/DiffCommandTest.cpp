@@ -110,6 +110,8 @@ TEST_F(Diff, TroubleIsStatusTwoWithOneErrorLine) {
         {{"diff", bitexactSample}, "missing A and B"},
         {{"diff", bitexactSample, m_klv, m_klv}, "unexpected argument"},
         {{"diff", "--frob", bitexactSample, m_klv}, "unknown option '--frob'"},
+        {{"diff", "--json", bitexactSample, m_dir.file("no.mxf")}, "no.mxf"},
+        {{"diff", "--json", "--quiet", bitexactSample, bitexactSample}, "exclude each other"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.named);

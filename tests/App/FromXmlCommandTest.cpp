@@ -166,21 +166,4 @@ TEST_F(FromXml, AFaultyDictionaryFails) {
     EXPECT_NE(run.err.find("none.dict"), std::string::npos) << run.err;
 }
 
-TEST_F(FromXml, BadCommandLinesExitWithStatusTwo) {
-    VellumTest::expectUsageErrors(
-        "from-xml",
-        {{{m_document}, "missing -o OUT"},
-         {{}, "missing DOC"},
-         {{"-o", "x.klv"}, "missing DOC"},
-         {{m_document, "other.xml", "-o", "x.klv"}, "unexpected argument 'other.xml'"},
-         {{m_document, "-o", ""}, "needs a file name"},
-         {{m_document, "-o", "x.klv", "--compact"}, "option '--compact' needs --xml"},
-         {{m_document, "-o", "x.klv", "--typed-references"}, "'--typed-references' needs --xml"},
-         {{m_document, "-o", "x.klv", "--structural-only"}, "'--structural-only' needs --xml"},
-         {{m_document, "-o", "x.klv", "--encoding", "utf-8"}, "'--encoding' needs --xml"},
-         {{m_document, "--xml", "--encoding", "utf-32"}, "needs utf-8 or utf-16, not 'utf-32'"},
-         {{m_document, "--partition", "footer", "-o", "x.klv"}, "unknown option '--partition'"}},
-        "vellum from-xml", m_dir);
-}
-
 } // namespace

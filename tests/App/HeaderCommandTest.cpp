@@ -76,17 +76,4 @@ TEST_F(Header, VerboseSummarisesOnStdoutOrOnStderrForStandardOutput) {
     EXPECT_EQ(toStdout.err.rfind("wrote 5632 bytes", 0), 0U) << toStdout.err;
 }
 
-TEST_F(Header, BadCommandLinesExitWithStatusTwo) {
-    VellumTest::expectUsageErrors(
-        "header",
-        {{{bitexactSample}, "missing -o OUT"},
-         {{}, "missing FILE"},
-         {{"-o", "x.klv"}, "missing FILE"},
-         {{bitexactSample, "-o"}, "option '--output' needs a value"},
-         {{bitexactSample, "-o", ""}, "needs a file name"},
-         {{bitexactSample, "-o", "a", "--output", "b"}, "given more than once"},
-         {{bitexactSample, "other.mxf", "-o", "a"}, "unexpected argument 'other.mxf'"}},
-        "vellum header", m_dir);
-}
-
 } // namespace

@@ -78,21 +78,11 @@ INSTANTIATE_TEST_SUITE_P(Samples, InfoOnSample, ::testing::ValuesIn(VellumTest::
 
 using Info = VellumTest::ProgramTest;
 
-// The bitexact sample with its first TimecodeComponent given a key no dictionary knows.
-Bytes withPrivateSet() {
-    Bytes bytes = VellumTest::readFile(bitexactSample);
-    const Bytes timecode = {0x06, 0x0E, 0x2B, 0x34, 0x02, 0x53, 0x01, 0x01,
-                            0x0D, 0x01, 0x01, 0x01, 0x01, 0x01, 0x14, 0x00};
-    Bytes changed = timecode;
-    changed[14] = 0xF0;
-    VellumTest::replaceFirst(bytes, timecode, changed);
-    return bytes;
-}
-
 const char* const privateKey = "06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.F0.00";
 
 TEST_F(Info, AUserDictionaryNamesAnUnknownSet) {
-    const std::string file = m_dir.write("private.mxf", withPrivateSet());
+    const std::string file =
+        m_dir.write("private.mxf", VellumTest::withUnknownTimecodeKey(bitexactSample));
     const std::string text = std::string("format\tvellum-dictionary\t1\n"
                                          "columns\tset\tkey\tname\tparent\n"
                                          "set\t") +

@@ -170,19 +170,4 @@ TEST_F(ToXml, AnOutputThatCannotBeWrittenFails) {
     EXPECT_TRUE(std::filesystem::is_directory(m_dir.path() / "folder"));
 }
 
-TEST_F(ToXml, BadCommandLinesExitWithStatusTwo) {
-    VellumTest::expectUsageErrors(
-        "to-xml",
-        {{{}, "missing FILE"},
-         {{bitexactSample, "other.mxf"}, "unexpected argument 'other.mxf'"},
-         {{"--encoding", "latin-1", bitexactSample}, "needs utf-8 or utf-16, not 'latin-1'"},
-         {{"--encoding", "UTF-8", bitexactSample}, "not 'UTF-8'"},
-         {{"--encoding", bitexactSample}, "missing FILE"},
-         {{"-o", "", bitexactSample}, "needs a file name"},
-         {{"--compact=yes", bitexactSample}, "takes no value"},
-         {{"--compact", "--compact", bitexactSample}, "given more than once"},
-         {{"--xml", bitexactSample}, "unknown option '--xml'"}},
-        "vellum to-xml", m_dir);
-}
-
 } // namespace
