@@ -68,20 +68,31 @@ const Case cases[] = {
      header(identifications({uuid(0x22)}), klv(identificationKey, item(0x3C01, utf16(u"x"))))},
 };
 
+std::unique_ptr<PartitionMetadata> partitionOf(const Bytes& bytes) {
+    return PartitionMetadata::read({bytes.data(), bytes.size()}, 0,
+                                   Vellum::MetaMetadata::Dictionary::builtIn());
+}
+
+std::unique_ptr<PartitionMetadata> imported(
+    const std::string& xml,
+    Vellum::XML2Partition::Identifiers identifiers = Vellum::XML2Partition::Identifiers::Keep) {
+    auto partition = emptyPartition();
+    Vellum::XML2Partition::getPartitionMetadataFromString(Vellum::Utils::stringToWstring(xml),
+                                                          partition.get(), identifiers);
+    return partition;
+}
+
 class LosslessRoundTrip : public ::testing::TestWithParam<std::tuple<Case, bool>> {};
 
 TEST_P(LosslessRoundTrip, ExportImportGivesEqualHeaderMetadata) {
     const auto& [c, typed] = GetParam();
-    const auto original = PartitionMetadata::read({c.bytes.data(), c.bytes.size()}, 0,
-                                                  Vellum::MetaMetadata::Dictionary::builtIn());
+    const auto original = partitionOf(c.bytes);
     const std::string xml = exportText(*original, typed);
     ASSERT_FALSE(xml.empty());
-    auto imported = emptyPartition();
-    Vellum::XML2Partition::getPartitionMetadataFromString(Vellum::Utils::stringToWstring(xml),
-                                                          imported.get());
-    EXPECT_EQ(differences(*original, *imported), "") << xml;
-    EXPECT_EQ(differences(*original, *serializedAndReadBack(*imported)), "") << xml;
-    EXPECT_EQ(exportText(*imported, typed), xml) << "a second export is the first";
+    const auto again = imported(xml);
+    EXPECT_EQ(differences(*original, *again), "") << xml;
+    EXPECT_EQ(differences(*original, *serializedAndReadBack(*again)), "") << xml;
+    EXPECT_EQ(exportText(*again, typed), xml) << "a second export is the first";
 }
 
 INSTANTIATE_TEST_SUITE_P(Cases, LosslessRoundTrip,
@@ -92,9 +103,7 @@ INSTANTIATE_TEST_SUITE_P(Cases, LosslessRoundTrip,
                          });
 
 TEST(LosslessRoundTrip, CharactersXMLCannotHoldBecomeReplacementCharacters) {
-    const Bytes bytes = cases[0].bytes;
-    const auto original = PartitionMetadata::read({bytes.data(), bytes.size()}, 0,
-                                                  Vellum::MetaMetadata::Dictionary::builtIn());
+    const auto original = partitionOf(cases[0].bytes);
     const std::string xml = exportText(*original, false);
     EXPECT_NE(xml.find("A\xEF\xBF\xBD\xEF\xBF\xBD"
                        "B\xEF\xBF\xBD</s377m:CompanyName>"),
@@ -104,29 +113,19 @@ TEST(LosslessRoundTrip, CharactersXMLCannotHoldBecomeReplacementCharacters) {
 }
 
 TEST(LosslessRoundTrip, AnEditedValueWinsOverItsStoredBytes) {
-    const Bytes bytes = cases[2].bytes;
-    const auto original = PartitionMetadata::read({bytes.data(), bytes.size()}, 0,
-                                                  Vellum::MetaMetadata::Dictionary::builtIn());
+    const auto original = partitionOf(cases[2].bytes);
     std::string xml = exportText(*original, false);
     const std::string before = ">1.0</s377m:VersionString>";
     ASSERT_NE(xml.find(before), std::string::npos) << xml;
     xml.replace(xml.find(before), before.size(), ">2.0</s377m:VersionString>");
-    auto imported = emptyPartition();
-    Vellum::XML2Partition::getPartitionMetadataFromString(Vellum::Utils::stringToWstring(xml),
-                                                          imported.get());
-    EXPECT_EQ(differences(*original, *imported),
+    EXPECT_EQ(differences(*original, *imported(xml)),
               "item changed Identification VersionString: \"1.0\" -> \"2.0\"\n");
 }
 
 TEST(LosslessRoundTrip, RenewedIdentifiersMakeNewSets) {
-    const Bytes bytes = cases[0].bytes;
-    const auto original = PartitionMetadata::read({bytes.data(), bytes.size()}, 0,
-                                                  Vellum::MetaMetadata::Dictionary::builtIn());
+    const auto original = partitionOf(cases[0].bytes);
     const std::string xml = exportText(*original, true);
-    auto renewed = emptyPartition();
-    Vellum::XML2Partition::getPartitionMetadataFromString(
-        Vellum::Utils::stringToWstring(xml), renewed.get(),
-        Vellum::XML2Partition::Identifiers::Renew);
+    const auto renewed = imported(xml, Vellum::XML2Partition::Identifiers::Renew);
     const auto found = HeaderMetadataComparison::compare(*original, *renewed);
     EXPECT_EQ(found.size(), 2 * original->sets().size()) << "every set removed and added";
     EXPECT_EQ(exportText(*renewed, true).size(), xml.size()) << "only identifiers differ";

@@ -80,8 +80,6 @@ std::string umidText(std::size_t size) {
     return out;
 }
 
-const std::string types = "";
-
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(EveryKind, ValueText, ::testing::Values(
     TextCase{"BooleanTrue", Id::Boolean, {0x01}, "<test:V>1</test:V>"},
