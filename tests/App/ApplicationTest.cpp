@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -127,6 +129,84 @@ TEST_F(Application, OutputFilesHoldWhatStandardOutputGets) {
             EXPECT_EQ(runVellum(toDash, m_dir).out, dash.out);
         }
     }
+}
+
+// Failures of every command: status 1 for input or output that cannot be used, 2 for a bad
+// command line (and for any trouble of diff, whose 1 means "different"), nothing on standard
+// output and one error line naming the problem; the files named are left as they were.
+TEST_F(Application, FailuresExitWithTheirStatusAndOneErrorLine) {
+    using Bytes = std::vector<std::uint8_t>;
+    const Bytes sample = VellumTest::readFile(bitexactSample);
+    Bytes longRunIn(65536, 'R');
+    longRunIn.insert(longRunIn.end(), sample.begin(), sample.end());
+    const std::string gstreamer = VellumTest::sampleDir() + "/gst-mxfmux-h264.mxf";
+    const std::string copy = m_dir.write("copy.mxf", VellumTest::readFile(gstreamer));
+    const std::string doc = m_dir.file("doc.xml");
+    const std::string klv = m_dir.file("header.klv");
+    ASSERT_EQ(runVellum({"to-xml", gstreamer, "-o", doc}, m_dir).exitCode, 0);
+    ASSERT_EQ(runVellum({"header", bitexactSample, "-o", klv}, m_dir).exitCode, 0);
+    const std::string empty = m_dir.write("empty.mxf", {});
+    const std::string text = m_dir.write("text.txt", {'h', 'e', 'l', 'l', 'o'});
+    const std::string shortFile = m_dir.write("short.mxf", {0x06, 0x0E, 0x2B});
+    const std::string runIn = m_dir.write("long-runin.mxf", longRunIn);
+    const std::string rootOnly = m_dir.write("root.xml", {'<', 'a', '/', '>'});
+    const std::string missing = m_dir.file("missing.mxf");
+    const std::string folder = m_dir.path().string();
+    const std::string x = m_dir.file("x.mxf");
+    const struct {
+        Arguments arguments;
+        int status;
+        std::string problem;
+        std::string environment = "";
+    } cases[] = {
+        {{"klv", empty}, 1, "'" + empty + "' is empty"},
+        {{"klv", text}, 1, "'" + text + "' is not an MXF file"},
+        {{"klv", shortFile}, 1, "'" + shortFile + "' is not an MXF file"},
+        {{"klv", runIn}, 1, "no partition pack key starts within its first 65536 bytes"},
+        {{"klv", missing}, 1, "cannot open '" + missing + "'"},
+        {{"klv", folder}, 1, "'" + folder + "' is a directory"},
+        {{"to-xml", bitexactSample, "-o", folder}, 1, "output '" + folder + "' is a directory"},
+        {{"to-xml", bitexactSample, "-o", m_dir.file("no-such-folder/out.xml")},
+         1,
+         "cannot create"},
+        {{"from-xml", "--dictionary", m_dir.file("none.dict"), doc, "-o", "-"},
+         1,
+         "dictionary: cannot open '" + m_dir.file("none.dict") + "'"},
+        {{"graph", "--format", "png", bitexactSample}, 2, "takes dot or svg, not 'png'"},
+        {{"graph"}, 2, "missing FILE"},
+        {{"graph", "-o", "", bitexactSample}, 2, "needs a file name"},
+        {{"graph", missing}, 1, "cannot open '" + missing + "'"},
+        {{"graph", "--format", "svg", bitexactSample},
+         1,
+         "cannot run the Graphviz program 'dot'",
+         "PATH=/nonexistent"},
+        {{"diff", bitexactSample, missing}, 2, "missing.mxf"},
+        {{"diff", folder, bitexactSample}, 2, "is a directory"},
+        {{"diff", bitexactSample, text}, 2, "text.txt"},
+        {{"diff", rootOnly, bitexactSample}, 2, "holds no sets"},
+        {{"diff", "--partition", "footer", bitexactSample, klv}, 2, "footer"},
+        {{"diff", "--dictionary", m_dir.file("none.txt"), bitexactSample, klv}, 2, "dictionary"},
+        {{"diff", bitexactSample}, 2, "missing A and B"},
+        {{"diff", bitexactSample, klv, klv}, 2, "unexpected argument"},
+        {{"diff", "--frob", bitexactSample, klv}, 2, "unknown option '--frob'"},
+        {{"diff", "--json", bitexactSample, missing}, 2, "missing.mxf"},
+        {{"diff", "--json", "--quiet", bitexactSample, bitexactSample}, 2, "exclude each other"},
+        {{"apply", copy, doc}, 2, "give either -o OUT or --in-place"},
+        {{"apply", "--in-place", "-o", x, copy, doc}, 2, "either"},
+        {{"apply", "--in-place", "--reserve", "10", copy, doc}, 2, "'--reserve' needs -o"},
+        {{"apply", "-o", x, "--reserve", "ten", copy, doc}, 2, "number"},
+        {{"apply", "--in-place", copy, m_dir.file("missing.xml")}, 1, "missing.xml"},
+        {{"apply", "--in-place", copy, text}, 1, "text.txt"},
+        {{"apply", "-o", x, doc, doc}, 1, "MXF"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.arguments.empty() ? "" : c.arguments.front() + ": " + c.problem);
+        const auto run = runVellum(c.arguments, m_dir, {c.environment, "", false});
+        EXPECT_TRUE(VellumTest::failedWith(run, c.status, c.problem));
+    }
+    EXPECT_EQ(VellumTest::readFile(copy), VellumTest::readFile(gstreamer));
+    EXPECT_FALSE(std::filesystem::exists(x));
+    EXPECT_TRUE(std::filesystem::is_directory(folder));
 }
 
 TEST_F(Application, BadCommandLinesExitWithStatusTwoAndTheUsage) {

@@ -305,6 +305,15 @@ std::vector<std::uint8_t> withUnknownTimecodeKey(const std::string& path) {
     return bytes;
 }
 
+std::vector<std::uint8_t> utf16(const std::string& ascii) {
+    std::vector<std::uint8_t> bytes;
+    for (const char c : ascii) {
+        bytes.push_back(0);
+        bytes.push_back(static_cast<std::uint8_t>(c));
+    }
+    return bytes;
+}
+
 std::vector<SetLine> parseSetsListing(const std::string& out) {
     std::vector<SetLine> sets;
     std::istringstream in(out);

@@ -159,11 +159,4 @@ TEST_F(FromXml, FailuresExitWithOneLineAndLeaveTheOutputAlone) {
     }
 }
 
-TEST_F(FromXml, AFaultyDictionaryFails) {
-    const auto run = runVellum(
-        {"from-xml", "--dictionary", m_dir.file("none.dict"), m_document, "-o", "-"}, m_dir);
-    EXPECT_TRUE(VellumTest::failedWith(run, 1, "dictionary"));
-    EXPECT_NE(run.err.find("none.dict"), std::string::npos) << run.err;
-}
-
 } // namespace

@@ -220,28 +220,4 @@ TEST_F(Graph, DropFrameTimecodesSkipTheFirstFrameNumbersOfAMinute) {
     }
 }
 
-TEST_F(Graph, OptionsAndFailuresAreReported) {
-    struct Case {
-        std::vector<std::string> arguments;
-        std::string environment;
-        int exitCode;
-        std::string message;
-    };
-    const std::vector<Case> cases{
-        {{"graph", "--format", "png", bitexactSample}, "", 2, "takes dot or svg, not 'png'"},
-        {{"graph"}, "", 2, "missing FILE"},
-        {{"graph", "-o", "", bitexactSample}, "", 2, "needs a file name"},
-        {{"graph", m_dir.file("missing.mxf")}, "", 1, "missing.mxf"},
-        {{"graph", "--format", "svg", bitexactSample},
-         "PATH=/nonexistent",
-         1,
-         "cannot run the Graphviz program 'dot'"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.message);
-        const auto run = runVellum(c.arguments, m_dir, {c.environment, "", false});
-        EXPECT_TRUE(VellumTest::failedWith(run, c.exitCode, c.message));
-    }
-}
-
 } // namespace

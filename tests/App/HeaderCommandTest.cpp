@@ -40,10 +40,10 @@ INSTANTIATE_TEST_SUITE_P(Samples, HeaderOnSample, ::testing::ValuesIn(VellumTest
 
 using Header = VellumTest::ProgramTest;
 
-TEST_F(Header, WritesTheFooterHeaderMetadataWhenAskedFor) {
-    // GStreamer repeats the header metadata in its footer partition (the third).
-    const std::string path = VellumTest::sampleDir() + "/gst-mxfmux-h264.mxf";
-    const Bytes file = VellumTest::readFile(path);
+// GStreamer repeats the header metadata in its footer partition (the third); with the copy's
+// first "GStreamer" changed, header and to-xml give the chosen copy.
+TEST_F(Header, HeaderAndToXmlReadTheChosenPartition) {
+    Bytes file = VellumTest::readFile(VellumTest::sampleDir() + "/gst-mxfmux-h264.mxf");
     const auto walk = VellumTest::walkKlv(file, 0);
     std::uint64_t footer = 0;
     for (const auto& triplet : walk.triplets) {
@@ -52,13 +52,24 @@ TEST_F(Header, WritesTheFooterHeaderMetadataWhenAskedFor) {
         }
     }
     ASSERT_NE(footer, 0U);
-    const Bytes expected = headerBytes(file, footer);
+    const auto region = VellumTest::findHeaderRegion(file, footer);
+    const auto at = file.begin() + static_cast<std::ptrdiff_t>(region.offset);
+    Bytes copy(at, at + static_cast<std::ptrdiff_t>(region.size));
+    VellumTest::replaceFirst(copy, VellumTest::utf16("GStreamer"), VellumTest::utf16("GStreamor"));
+    std::copy(copy.begin(), copy.end(), at);
+    const std::string path = m_dir.write("footer-changed.mxf", file);
     for (const char* which : {"footer", "2"}) {
         SCOPED_TRACE(which);
         const auto run = runVellum({"header", "--partition", which, "-o", "-", path}, m_dir);
         ASSERT_EQ(run.exitCode, 0) << run.err;
-        EXPECT_EQ(Bytes(run.out.begin(), run.out.end()), expected);
+        EXPECT_EQ(Bytes(run.out.begin(), run.out.end()), copy);
+        const auto xml = runVellum({"to-xml", "--partition", which, path}, m_dir);
+        ASSERT_EQ(xml.exitCode, 0) << xml.err;
+        EXPECT_NE(xml.out.find(">GStreamor"), std::string::npos);
     }
+    EXPECT_EQ(runVellum({"to-xml", path}, m_dir).out.find("GStreamor"), std::string::npos);
+    EXPECT_TRUE(VellumTest::failedWith(runVellum({"to-xml", "--partition", "1", path}, m_dir), 1,
+                                       "carries no header metadata"));
 }
 
 TEST_F(Header, VerboseSummarisesOnStdoutOrOnStderrForStandardOutput) {

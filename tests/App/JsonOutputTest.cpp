@@ -2,13 +2,18 @@
 #include "ModelCheck.h"
 #include "Support/Samples.h"
 
+#include "Vellum/MetaMetadata/MetaMetadataSet.h"
 #include "Vellum/Utils/StringConversion.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -33,21 +38,59 @@ protected:
     VellumTest::TempDir m_dir;
 };
 
-TEST_P(JsonOnSample, InfoAgreesWithTheModelAndTheTextListing) {
+// The partitions the manifest gives for a bundled sample, from its "- partitions: " line of
+// entries "kind/closed-complete(hbc=N,ibc=M)".
+std::vector<VellumTest::PartitionLine> manifestPartitions(const std::string& sample) {
+    std::ifstream in(VellumTest::sampleDir() + "/MANIFEST.md");
+    std::string line;
+    while (std::getline(in, line) && line != "### " + sample) {
+    }
+    while (std::getline(in, line) && line.rfind("- partitions: ", 0) != 0) {
+    }
+    std::vector<VellumTest::PartitionLine> partitions;
+    const std::regex entry(R"((\w+)/(\w+)-(\w+)\(hbc=(\d+),ibc=(\d+)\))");
+    for (std::sregex_iterator it(line.begin(), line.end(), entry), end; it != end; ++it) {
+        VellumTest::PartitionLine partition;
+        partition.kind = (*it)[1];
+        partition.status = std::string((*it)[2]) + " " + std::string((*it)[3]);
+        partition.headerBytes = std::stoull((*it)[4]);
+        partition.indexBytes = std::stoull((*it)[5]);
+        partitions.push_back(partition);
+    }
+    return partitions;
+}
+
+TEST_P(JsonOnSample, InfoAgreesWithTheModelTheTextListingAndTheManifest) {
     const auto model = VellumTest::readModel(GetParam());
     const Json info = runJson({"info", "--json", GetParam()});
     const Json& header = info.at("headerMetadata");
     EXPECT_EQ(header.at("sets").get<std::size_t>(), model->sets().size());
     EXPECT_EQ(header.at("darkMetadataSets").get<std::size_t>(), model->darkCount());
     EXPECT_EQ(header.at("primerEntries").get<std::size_t>(), model->partitionDictionary().size());
-    std::size_t byName = 0;
-    for (const Json& entry : header.at("setsByName")) {
-        byName += entry.at("count").get<std::size_t>();
+    std::map<std::string, std::uint64_t> byName; // set name (from the model) to count
+    for (const auto* set : model->sets()) {
+        ++byName[set->definition() != nullptr
+                     ? Vellum::Utils::wstringToString(set->definition()->name())
+                     : "(unknown set " + set->key().toUtf8() + ")"];
     }
-    EXPECT_EQ(byName, model->sets().size());
+    std::map<std::string, std::uint64_t> listedByName;
+    for (const Json& entry : header.at("setsByName")) {
+        listedByName[entry.at("name")] += entry.at("count").get<std::uint64_t>();
+    }
+    EXPECT_EQ(listedByName, byName);
     EXPECT_EQ(info.at("file").at("name"), GetParam());
 
+    // The text gives the same partitions and counts.
     const auto text = runVellum({"info", GetParam()}, m_dir);
+    ASSERT_EQ(text.exitCode, 0) << text.err;
+    EXPECT_EQ(text.err, "");
+    EXPECT_EQ(VellumTest::parseInfoSetCounts(text.out), byName);
+    EXPECT_EQ(VellumTest::countAfter(text.out, "sets"), model->sets().size());
+    EXPECT_EQ(VellumTest::countAfter(text.out, "primer entries"),
+              model->partitionDictionary().size());
+    EXPECT_EQ(VellumTest::countAfter(text.out, "dark metadata sets"), model->darkCount());
+    EXPECT_EQ(text.out.find("problems: none\n") != std::string::npos,
+              info.at("file").at("problems").empty());
     const auto partitions = VellumTest::parseInfoPartitions(text.out);
     ASSERT_EQ(info.at("partitions").size(), partitions.size());
     for (std::size_t i = 0; i < partitions.size(); ++i) {
@@ -59,8 +102,24 @@ TEST_P(JsonOnSample, InfoAgreesWithTheModelAndTheTextListing) {
         EXPECT_EQ(partition.at("headerByteCount"), partitions[i].headerBytes);
         EXPECT_EQ(partition.at("indexByteCount"), partitions[i].indexBytes);
     }
+    EXPECT_EQ(partitions.front().offset, 0U);
     EXPECT_EQ(header.at("size"), VellumTest::countAfter(text.out, "header metadata of partition 0 "
                                                                   "(header)"));
+
+    // A bundled sample's partitions are those its manifest lists.
+    const std::filesystem::path path(GetParam());
+    if (path.parent_path() != VellumTest::sampleDir()) {
+        return;
+    }
+    const auto expected = manifestPartitions(path.filename().string());
+    ASSERT_EQ(partitions.size(), expected.size()) << text.out;
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        SCOPED_TRACE("partition " + std::to_string(i));
+        EXPECT_EQ(partitions[i].kind, expected[i].kind);
+        EXPECT_EQ(partitions[i].status, expected[i].status);
+        EXPECT_EQ(partitions[i].headerBytes, expected[i].headerBytes);
+        EXPECT_EQ(partitions[i].indexBytes, expected[i].indexBytes);
+    }
 }
 
 TEST_P(JsonOnSample, SetsAgreeWithTheModel) {

@@ -209,31 +209,6 @@ TEST_F(Klv, ListsAKeyThatIsNotASMPTELabelAndGoesOn) {
     EXPECT_NE(run.out.find("non-SMPTE key"), std::string::npos);
 }
 
-TEST_F(Klv, FilesThatAreNotMXFOrCannotBeReadFailClearly) {
-    const std::string text = "This is a text file, not MXF.\n";
-    Bytes longRunIn(65536, 'R');
-    const Bytes sample = VellumTest::readFile(bitexactSample);
-    longRunIn.insert(longRunIn.end(), sample.begin(), sample.end());
-    const struct {
-        std::string path;
-        const char* problem;
-    } cases[] = {
-        {write("empty.mxf", {}), "is empty"},
-        {write("text.txt", Bytes(text.begin(), text.end())), "is not an MXF file"},
-        {write("short.mxf", {0x06, 0x0E, 0x2B}), "is not an MXF file"},
-        {write("long-runin.mxf", longRunIn),
-         "no partition pack key starts within its first 65536 bytes"},
-        {m_dir.file("missing.mxf"), "cannot open"},
-        {m_dir.path().string(), "is a directory"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.path);
-        const auto run = runVellum({"klv", c.path}, m_dir);
-        EXPECT_TRUE(VellumTest::failedWith(run, 1, c.problem));
-        EXPECT_NE(run.err.find(c.path), std::string::npos) << run.err;
-    }
-}
-
 TEST_F(Klv, SkipsARunInOfUpTo65535Bytes) {
     const Bytes sample = VellumTest::readFile(bitexactSample);
     const auto walk = walkKlv(sample, 0);

@@ -2,9 +2,6 @@
 #include "Support/Samples.h"
 #include "XmlCheck.h"
 
-#include "Vellum/MetaMetadata/Dictionary.h"
-#include "Vellum/Metadata/PartitionMetadata.h"
-
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -21,13 +18,6 @@ using VellumTest::summariseXml;
 
 const std::string bitexactSample = VellumTest::sampleDir() + "/ffmpeg-op1a-mpeg2-pcm-bitexact.mxf";
 const std::string utf8Declaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"";
-
-std::size_t setCount(const std::string& path, const std::string& which) {
-    return Vellum::Metadata::PartitionMetadata::readFile(
-               path, which, Vellum::MetaMetadata::Dictionary::builtIn())
-        ->sets()
-        .size();
-}
 
 // The bitexact sample with one byte of a set key changed: `from` (16 bytes) becomes a key the
 // dictionary does not know, so the set is read as an unknown one.
@@ -86,20 +76,6 @@ TEST_F(ToXml, EncodingAndLayoutOptionsKeepTheDocument) {
     }
 }
 
-TEST_F(ToXml, ReadsTheChosenPartition) {
-    // GStreamer repeats the header metadata in its footer partition (the third).
-    const std::string path = VellumTest::sampleDir() + "/gst-mxfmux-h264.mxf";
-    for (const char* which : {"footer", "2"}) {
-        SCOPED_TRACE(which);
-        const auto run = runVellum({"to-xml", "--partition", which, path}, m_dir);
-        ASSERT_EQ(run.exitCode, 0) << run.err;
-        EXPECT_EQ(summariseXml(run.out).sets, setCount(path, "footer"));
-    }
-    const auto body = runVellum({"to-xml", "--partition", "1", path}, m_dir);
-    EXPECT_EQ(body.exitCode, 1);
-    EXPECT_TRUE(VellumTest::isOneErrorLine(body.err)) << body.err;
-}
-
 TEST_F(ToXml, StructuralOnlyStopsAtSetsThatAreNotStructural) {
     // The Identification set under the key of a descriptive (not structural) set: nested in
     // the Preface when every reference is followed, else named by identifier and written by
@@ -151,23 +127,6 @@ TEST_F(ToXml, FailuresExitWithOneLineAndLeaveTheOutputAlone) {
         const auto run = VellumTest::expectFailureKeepsOutput(c.arguments, c.problem, m_dir);
         EXPECT_NE(run.err.find(c.arguments[1]), std::string::npos) << "names the file: " << run.err;
     }
-}
-
-TEST_F(ToXml, AnOutputThatCannotBeWrittenFails) {
-    std::filesystem::create_directory(m_dir.path() / "folder");
-    const struct {
-        std::string output;
-        std::string problem;
-    } cases[] = {
-        {m_dir.file("folder"), "is a directory, not a file"},
-        {m_dir.file("no-such-folder/out.xml"), "cannot create"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.output);
-        EXPECT_TRUE(VellumTest::failedWith(
-            runVellum({"to-xml", bitexactSample, "-o", c.output}, m_dir), 1, c.problem));
-    }
-    EXPECT_TRUE(std::filesystem::is_directory(m_dir.path() / "folder"));
 }
 
 } // namespace
