@@ -116,14 +116,6 @@ std::string nested(int depth) {
     return text;
 }
 
-TEST(LoadDocument, HundredThousandLevelsFailCleanlyAndQuickly) {
-    const auto start = std::chrono::steady_clock::now();
-    const Vellum::Exceptions::ParseError error = translatedError([] { parseXml(nested(100000)); });
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
-    EXPECT_EQ(utf8(error.message()),
-              "xercesc_3_2::SAXException: XML buffer: elements nest more than 10000 levels deep");
-}
-
 TEST(LoadDocument, NestingLimitIsTenThousandLevels) {
     const DocumentPtr document = parseXml(nested(10000));
     cleanEmptyTextNodes(document.get());
@@ -135,6 +127,12 @@ TEST(LoadDocument, NestingLimitIsTenThousandLevels) {
     }
     EXPECT_EQ(levels, 10000);
     EXPECT_THROW(parseXml(nested(10001)), Vellum::Exceptions::ParseError);
+    // Far deeper documents fail as cleanly, and quickly.
+    const auto start = std::chrono::steady_clock::now();
+    const Vellum::Exceptions::ParseError error = translatedError([] { parseXml(nested(100000)); });
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+    EXPECT_EQ(utf8(error.message()),
+              "xercesc_3_2::SAXException: XML buffer: elements nest more than 10000 levels deep");
 }
 
 TEST(LoadDocument, ParserWorksAgainAfterAFailure) {
