@@ -10,29 +10,10 @@
 
 #include <cstdint>
 #include <string_view>
-#include <vector>
 
 namespace VellumTest {
-namespace {
 
 using namespace Vellum;
-
-std::size_t countSets(const xercesc::DOMElement* root) {
-    std::size_t count = 0;
-    std::vector<const xercesc::DOMElement*> stack{root};
-    while (!stack.empty()) {
-        const xercesc::DOMElement* element = stack.back();
-        stack.pop_back();
-        count += element->getAttributeNode(u"rp210:InstanceUID") != nullptr ? 1 : 0;
-        for (auto* child = element->getFirstElementChild(); child != nullptr;
-             child = child->getNextElementSibling()) {
-            stack.push_back(child);
-        }
-    }
-    return count;
-}
-
-} // namespace
 
 XmlSummary summariseXml(const std::string& bytes) {
     XmlSummary summary;
@@ -42,7 +23,6 @@ XmlSummary summariseXml(const std::string& bytes) {
             reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size(), *parser);
         const xercesc::DOMElement* root = document->getDocumentElement();
         summary.rootName = Utils::wstringToString(std::u16string_view(root->getNodeName()));
-        summary.sets = countSets(root);
         XMLUtils::cleanEmptyTextNodes(document.get());
         XMLUtils::domToBytes(document.get(), summary.canonical, XMLUtils::EncodingType::UTF8,
                              XMLUtils::SerializeOptions{false, false});

@@ -12,7 +12,6 @@ namespace VellumTest {
 /// What a parsed document looks like, in forms that compare easily.
 struct XmlSummary {
     std::string rootName;  ///< qualified name of the document element
-    std::size_t sets = 0;  ///< elements that carry rp210:InstanceUID, i.e. metadata sets
     std::string canonical; ///< compact UTF-8 text without white-space-only text nodes
 };
 
