@@ -6,8 +6,14 @@
 #include "Vellum/MetaMetadata/Dictionary.h"
 #include "Vellum/Metadata/HeaderMetadataComparison.h"
 #include "Vellum/Utils/StringConversion.h"
+#include "Vellum/XMLBuilder/Partition2XML.h"
 #include "Vellum/XMLBuilder/Partition2XMLText.h"
 #include "Vellum/XMLBuilder/XML2Partition.h"
+#include "Vellum/XMLUtils/Document.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
 
 namespace VellumTest {
 
@@ -50,6 +56,60 @@ std::string differences(const Metadata::PartitionMetadata& a,
                "\n";
     }
     return out;
+}
+
+using Encoding = XMLUtils::EncodingType;
+
+// Every layout, encoding and option of both text overloads, against the DOM path; from
+// `start`, or from the first Preface when it is null.
+void expectStreamingEqualsDOM(const Metadata::PartitionMetadata& partition,
+                              const Metadata::MetadataSet* start) {
+    const auto dom = [&](bool typed, bool structural) {
+        return start != nullptr ? XMLBuilder::partition2XML(&partition, start, typed, structural)
+                                : XMLBuilder::partition2XML(&partition, typed, structural);
+    };
+    const auto stream = [&](bool typed, bool structural, Encoding encoding, std::ostream& out,
+                            const XMLUtils::SerializeOptions& options) {
+        return start != nullptr ? XMLBuilder::partition2XML(&partition, start, typed, structural,
+                                                            encoding, out, options)
+                                : XMLBuilder::partition2XML(&partition, typed, structural, encoding,
+                                                            out, options);
+    };
+    const auto units = [&](bool typed, bool structural, Encoding encoding, WString& out) {
+        if (start != nullptr) {
+            XMLBuilder::partition2XML(&partition, start, typed, structural, encoding, out);
+        } else {
+            XMLBuilder::partition2XML(&partition, typed, structural, encoding, out);
+        }
+    };
+    for (const bool structural : {false, true}) {
+        for (const bool typed : {false, true}) {
+            SCOPED_TRACE(std::string(typed ? "typed" : "flat") +
+                         (structural ? ", structural targets only" : ""));
+            const auto document = dom(typed, structural);
+            ASSERT_TRUE(document);
+            for (const Encoding encoding : {Encoding::UTF8, Encoding::UTF16}) {
+                for (const XMLUtils::SerializeOptions options :
+                     {XMLUtils::SerializeOptions{true, true},
+                      XMLUtils::SerializeOptions{false, true},
+                      XMLUtils::SerializeOptions{true, false},
+                      XMLUtils::SerializeOptions{false, false}}) {
+                    std::string expected;
+                    XMLUtils::domToBytes(document.get(), expected, encoding, options);
+                    std::ostringstream streamed;
+                    ASSERT_TRUE(stream(typed, structural, encoding, streamed, options));
+                    EXPECT_EQ(streamed.str(), expected)
+                        << "UTF-" << (encoding == Encoding::UTF8 ? 8 : 16) << ", pretty "
+                        << options.prettyPrint << ", declaration " << options.xmlDeclaration;
+                }
+                WString expected;
+                XMLUtils::domToBuffer(document.get(), expected, encoding);
+                WString text;
+                units(typed, structural, encoding, text);
+                EXPECT_EQ(text, expected) << "code units";
+            }
+        }
+    }
 }
 
 const char16_t* const probeKey = u"06.0E.2B.34.02.53.01.01.0E.7F.7F.01.01.01.01.00";

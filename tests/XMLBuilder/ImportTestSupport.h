@@ -21,6 +21,12 @@ namespace VellumTest {
 /// The document text of `partition`'s export, as UTF-8.
 std::string exportText(Vellum::Metadata::PartitionMetadata& partition, bool typedReferences);
 
+/// Expects the streaming text export of `partition` to be the DOM export serialised by
+/// Xerces-C, in every layout, encoding and option of both text overloads; from `start`, or
+/// from the first Preface when it is null.
+void expectStreamingEqualsDOM(const Vellum::Metadata::PartitionMetadata& partition,
+                              const Vellum::Metadata::MetadataSet* start);
+
 /// A new empty partition over the built-in dictionary.
 std::unique_ptr<Vellum::Metadata::PartitionMetadata> emptyPartition();
 
