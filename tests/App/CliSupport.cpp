@@ -41,6 +41,43 @@ bool isDigit(char c) {
     return std::isdigit(static_cast<unsigned char>(c)) != 0;
 }
 
+std::uint64_t bigEndian(const std::vector<std::uint8_t>& bytes, std::size_t at, std::size_t n) {
+    std::uint64_t value = 0;
+    for (std::size_t i = 0; i < n; ++i) {
+        value = (value << 8U) | bytes.at(at + i);
+    }
+    return value;
+}
+
+// Whether a dotted-hex key starts with `prefix` and has `rest` from byte 9 on; byte 8, the
+// registry version, is not compared.
+bool keyMatches(const std::string& key, const std::string& prefix, const std::string& rest) {
+    return key.compare(0, prefix.size(), prefix) == 0 && key.compare(24, rest.size(), rest) == 0;
+}
+
+const std::string packPrefix = "06.0E.2B.34.02.05.01";
+
+// The lines of `out` after the first line that starts with `heading`, up to a blank line.
+std::vector<std::string> section(const std::string& out, const std::string& heading) {
+    std::istringstream in(out);
+    std::vector<std::string> lines;
+    bool inside = false;
+    for (std::string line; std::getline(in, line);) {
+        if (inside && line.empty()) {
+            break;
+        }
+        if (inside) {
+            lines.push_back(line);
+        }
+        inside = inside || line.rfind(heading, 0) == 0;
+    }
+    return lines;
+}
+
+bool allDigits(const std::string& text) {
+    return !text.empty() && std::all_of(text.begin(), text.end(), isDigit);
+}
+
 } // namespace
 
 ProgramRun runVellum(const std::vector<std::string>& arguments, const TempDir& dir,
@@ -188,50 +225,6 @@ bool namesOffset(const std::string& text, std::uint64_t offset) {
     return false;
 }
 
-} // namespace VellumTest
-
-namespace VellumTest {
-namespace {
-
-std::uint64_t bigEndian(const std::vector<std::uint8_t>& bytes, std::size_t at, std::size_t n) {
-    std::uint64_t value = 0;
-    for (std::size_t i = 0; i < n; ++i) {
-        value = (value << 8U) | bytes.at(at + i);
-    }
-    return value;
-}
-
-// Whether a dotted-hex key starts with `prefix` and has `rest` from byte 9 on; byte 8, the
-// registry version, is not compared.
-bool keyMatches(const std::string& key, const std::string& prefix, const std::string& rest) {
-    return key.compare(0, prefix.size(), prefix) == 0 && key.compare(24, rest.size(), rest) == 0;
-}
-
-const std::string packPrefix = "06.0E.2B.34.02.05.01";
-
-// The lines of `out` after the first line that starts with `heading`, up to a blank line.
-std::vector<std::string> section(const std::string& out, const std::string& heading) {
-    std::istringstream in(out);
-    std::vector<std::string> lines;
-    bool inside = false;
-    for (std::string line; std::getline(in, line);) {
-        if (inside && line.empty()) {
-            break;
-        }
-        if (inside) {
-            lines.push_back(line);
-        }
-        inside = inside || line.rfind(heading, 0) == 0;
-    }
-    return lines;
-}
-
-bool allDigits(const std::string& text) {
-    return !text.empty() && std::all_of(text.begin(), text.end(), isDigit);
-}
-
-} // namespace
-
 HeaderRegion findHeaderRegion(const std::vector<std::uint8_t>& bytes,
                               std::uint64_t partitionOffset) {
     const Walk walk = walkKlv(bytes, 0);
@@ -305,11 +298,11 @@ std::vector<std::uint8_t> withUnknownTimecodeKey(const std::string& path) {
     return bytes;
 }
 
-std::vector<std::uint8_t> utf16(const std::string& ascii) {
+std::vector<std::uint8_t> utf16(const std::u16string& text) {
     std::vector<std::uint8_t> bytes;
-    for (const char c : ascii) {
-        bytes.push_back(0);
-        bytes.push_back(static_cast<std::uint8_t>(c));
+    for (const char16_t c : text) {
+        bytes.push_back(static_cast<std::uint8_t>(c >> 8U));
+        bytes.push_back(static_cast<std::uint8_t>(c & 0xFFU));
     }
     return bytes;
 }

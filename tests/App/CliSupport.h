@@ -151,8 +151,8 @@ void replaceFirst(std::vector<std::uint8_t>& bytes, const std::vector<std::uint8
 /// no dictionary knows, 06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.F0.00.
 std::vector<std::uint8_t> withUnknownTimecodeKey(const std::string& path);
 
-/// An ASCII text as the big-endian UTF-16 bytes MXF stores.
-std::vector<std::uint8_t> utf16(const std::string& ascii);
+/// A text as the big-endian UTF-16 bytes MXF stores.
+std::vector<std::uint8_t> utf16(const std::u16string& text);
 
 /// The sets of a `sets` listing, in order.
 std::vector<SetLine> parseSetsListing(const std::string& out);

@@ -52,7 +52,7 @@ TEST_F(Diff, AFileAndItsOwnHeaderMetadataAreEqual) {
 
 TEST_F(Diff, AChangedStringIsOneLineAndStatusOne) {
     Bytes bytes = VellumTest::readFile(m_klv);
-    VellumTest::replaceFirst(bytes, VellumTest::utf16("FFmpeg"), VellumTest::utf16("FFmpeG"));
+    VellumTest::replaceFirst(bytes, VellumTest::utf16(u"FFmpeg"), VellumTest::utf16(u"FFmpeG"));
     const std::string changed = m_dir.write("changed.klv", bytes);
 
     const auto run = runVellum({"diff", bitexactSample, changed}, m_dir);

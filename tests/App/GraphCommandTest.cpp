@@ -171,15 +171,8 @@ TEST_F(Graph, NodesShowTheValuesThatIdentifyASet) {
 TEST_F(Graph, QuotesAndBackslashesInValuesAreEscaped) {
     // The Identification's ProductName "OP1a Muxer" (UTF-16) becomes `a"b\c` + LF + `d<&é`.
     auto bytes = VellumTest::readFile(bitexactSample);
-    const auto utf16 = [](const std::u16string& text) {
-        std::vector<std::uint8_t> out;
-        for (const char16_t c : text) {
-            out.push_back(static_cast<std::uint8_t>(c >> 8U));
-            out.push_back(static_cast<std::uint8_t>(c & 0xFFU));
-        }
-        return out;
-    };
-    VellumTest::replaceFirst(bytes, utf16(u"OP1a Muxer"), utf16(u"a\"b\\c\nd<&\u00E9"));
+    VellumTest::replaceFirst(bytes, VellumTest::utf16(u"OP1a Muxer"),
+                             VellumTest::utf16(u"a\"b\\c\nd<&\u00E9"));
     const std::string path = m_dir.write("escaped.mxf", bytes);
     const auto run = runVellum({"graph", path}, m_dir);
     ASSERT_EQ(run.exitCode, 0) << run.err;

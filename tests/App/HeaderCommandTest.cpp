@@ -55,7 +55,8 @@ TEST_F(Header, HeaderAndToXmlReadTheChosenPartition) {
     const auto region = VellumTest::findHeaderRegion(file, footer);
     const auto at = file.begin() + static_cast<std::ptrdiff_t>(region.offset);
     Bytes copy(at, at + static_cast<std::ptrdiff_t>(region.size));
-    VellumTest::replaceFirst(copy, VellumTest::utf16("GStreamer"), VellumTest::utf16("GStreamor"));
+    VellumTest::replaceFirst(copy, VellumTest::utf16(u"GStreamer"),
+                             VellumTest::utf16(u"GStreamor"));
     std::copy(copy.begin(), copy.end(), at);
     const std::string path = m_dir.write("footer-changed.mxf", file);
     for (const char* which : {"footer", "2"}) {
