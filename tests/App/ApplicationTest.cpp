@@ -137,8 +137,8 @@ TEST_F(Application, OutputFilesHoldWhatStandardOutputGets) {
 TEST_F(Application, FailuresExitWithTheirStatusAndOneErrorLine) {
     using Bytes = std::vector<std::uint8_t>;
     const Bytes sample = VellumTest::readFile(bitexactSample);
-    Bytes longRunIn(65536, 'R');
-    longRunIn.insert(longRunIn.end(), sample.begin(), sample.end());
+    Bytes longRunIn = sample;
+    longRunIn.insert(longRunIn.begin(), 65536, 'R');
     const std::string gstreamer = VellumTest::sampleDir() + "/gst-mxfmux-h264.mxf";
     const std::string copy = m_dir.write("copy.mxf", VellumTest::readFile(gstreamer));
     const std::string doc = m_dir.file("doc.xml");
