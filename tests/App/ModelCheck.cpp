@@ -88,27 +88,6 @@ std::vector<ModelReference> referencesOf(const Vellum::Metadata::PartitionMetada
     return references;
 }
 
-std::vector<std::string> corpusPaths() {
-    std::vector<std::string> paths;
-    for (const std::string& name : sampleNames()) {
-        paths.push_back(sampleDir() + "/" + name);
-    }
-    const std::filesystem::path real =
-        std::filesystem::path(VELLUM_SOURCE_DIR) / ".." / "shared" / "samples" / "mxf-real";
-    std::error_code ignored;
-    if (std::filesystem::is_directory(real, ignored)) {
-        std::vector<std::string> found;
-        for (const auto& entry : std::filesystem::directory_iterator(real, ignored)) {
-            if (entry.path().extension() == ".mxf") {
-                found.push_back(entry.path().string());
-            }
-        }
-        std::sort(found.begin(), found.end());
-        paths.insert(paths.end(), found.begin(), found.end());
-    }
-    return paths;
-}
-
 bool hasGraphviz() {
     return std::system("dot -V >/dev/null 2>&1") == 0;
 }

@@ -1,4 +1,5 @@
 #include "Metadata/HeaderMetadataBytes.h"
+#include "Support/AppCorpus.h"
 #include "Support/PrintCase.h"
 #include "Support/Samples.h"
 #include "XMLBuilder/ImportTestSupport.h"
@@ -25,45 +26,17 @@ using namespace Vellum;
 using namespace VellumTest;
 using Encoding = XMLUtils::EncodingType;
 
-// ---- Real files: the bundled samples, then those beside the checkout when they are there.
-
-const std::filesystem::path realSamples =
-    std::filesystem::path(VELLUM_SOURCE_DIR) / ".." / "shared" / "samples" / "mxf-real";
-const std::string realSamplesAbsent = "mxf-real (absent)";
-
-std::vector<std::string> samplePaths() {
-    std::vector<std::string> paths;
-    for (const std::string& name : sampleNames()) {
-        paths.push_back(sampleDir() + "/" + name);
-    }
-    std::error_code ignored;
-    if (!std::filesystem::is_directory(realSamples, ignored)) {
-        paths.push_back(realSamplesAbsent);
-        return paths;
-    }
-    std::vector<std::string> real;
-    for (const auto& entry : std::filesystem::directory_iterator(realSamples, ignored)) {
-        if (entry.path().extension() == ".mxf") {
-            real.push_back(entry.path().string());
-        }
-    }
-    std::sort(real.begin(), real.end());
-    paths.insert(paths.end(), real.begin(), real.end());
-    return paths;
-}
+// Real files: the bundled samples, then those beside the checkout when they are there.
 
 class SampleStreaming : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(SampleStreaming, TextEqualsTheSerialisedDocument) {
-    if (GetParam() == realSamplesAbsent) {
-        GTEST_SKIP() << "no folder " << realSamples;
-    }
     const auto partition = Metadata::PartitionMetadata::readFile(
         GetParam(), "header", MetaMetadata::Dictionary::builtIn());
     expectStreamingEqualsDOM(*partition, nullptr);
 }
 
-INSTANTIATE_TEST_SUITE_P(Samples, SampleStreaming, ::testing::ValuesIn(samplePaths()),
+INSTANTIATE_TEST_SUITE_P(Samples, SampleStreaming, ::testing::ValuesIn(corpusPaths()),
                          [](const auto& p) {
                              const std::filesystem::path path(p.param);
                              return testName(path.parent_path().filename().string() + "_" +
