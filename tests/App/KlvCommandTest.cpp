@@ -67,15 +67,7 @@ TEST(KlvSamples, AllTwentySamplesAreThere) {
     EXPECT_EQ(VellumTest::sampleNames().size(), 20U);
 }
 
-class Klv : public ::testing::Test {
-protected:
-    // A copy of `bytes` in the temporary directory.
-    std::string write(const std::string& name, const Bytes& bytes) {
-        return m_dir.write(name, bytes);
-    }
-
-    VellumTest::TempDir m_dir;
-};
+using Klv = VellumTest::ProgramTest;
 
 // Keys and the names the listing must give them.
 const std::vector<std::pair<std::string, std::string>> keyNames = {
@@ -117,7 +109,7 @@ TEST_F(Klv, NamesTheKeysItKnows) {
         file.insert(file.end(), key.begin(), key.end());
         file.insert(file.end(), {0x81, 0x01, 0xEE}); // long-form length 1, one value byte
     }
-    const auto run = runVellum({"klv", write("keys.mxf", file)}, m_dir);
+    const auto run = runVellum({"klv", m_dir.write("keys.mxf", file)}, m_dir);
     ASSERT_EQ(run.exitCode, 0) << run.err;
     const auto listed = parseListing(run.out);
     ASSERT_EQ(listed.size(), keyNames.size());
@@ -221,7 +213,7 @@ TEST_F(Klv, SkipsARunInOfUpTo65535Bytes) {
             std::copy(decoy.begin(), decoy.end(), bytes.begin() + 10);
         }
         bytes.insert(bytes.end(), sample.begin(), sample.end());
-        const auto run = runVellum({"klv", write("runin.mxf", bytes)}, m_dir);
+        const auto run = runVellum({"klv", m_dir.write("runin.mxf", bytes)}, m_dir);
         ASSERT_EQ(run.exitCode, 0) << run.err;
         EXPECT_NE(run.out.find("run-in: " + std::to_string(runIn) + " bytes"), std::string::npos);
         expectSameTriplets(parseListing(run.out), walk.triplets, runIn);
@@ -242,7 +234,9 @@ TEST_F(Klv, LimitStopsAfterNTriplets) {
         {{"--limit", std::to_string(total), bitexactSample}, total, false},
         {{"--limit", "18446744073709551615", bitexactSample}, total, false},
         // A file name that starts with a dash follows "--".
-        {{"--limit", "2", "--", write("-dash.mxf", VellumTest::readFile(bitexactSample))}, 2, true},
+        {{"--limit", "2", "--", m_dir.write("-dash.mxf", VellumTest::readFile(bitexactSample))},
+         2,
+         true},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.listed);
