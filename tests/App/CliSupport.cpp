@@ -181,20 +181,6 @@ bool isOneErrorLine(const std::string& err) {
     return ::testing::AssertionSuccess();
 }
 
-void expectUsageErrors(const std::string& command, const std::vector<UsageCase>& cases,
-                       const std::string& synopsis, const TempDir& dir) {
-    for (const UsageCase& c : cases) {
-        std::vector<std::string> arguments;
-        if (!command.empty()) {
-            arguments.push_back(command);
-        }
-        arguments.insert(arguments.end(), c.arguments.begin(), c.arguments.end());
-        const auto run = runVellum(arguments, dir);
-        EXPECT_TRUE(failedWith(run, 2, c.problem)) << command;
-        EXPECT_NE(run.err.find("(usage: " + synopsis), std::string::npos) << run.err;
-    }
-}
-
 ProgramRun expectFailureKeepsOutput(std::vector<std::string> arguments, const std::string& problem,
                                     const TempDir& dir) {
     const std::filesystem::path folder = dir.path() / "kept";

@@ -82,11 +82,6 @@ struct UsageCase {
     std::string problem;
 };
 
-/// Runs `command` (if not empty) followed by each case's arguments; each must fail with status 2
-/// and an error line that ends with the usage starting `synopsis` ("vellum klv [--limit N] FILE").
-void expectUsageErrors(const std::string& command, const std::vector<UsageCase>& cases,
-                       const std::string& synopsis, const TempDir& dir);
-
 /// Runs `arguments`, in which "OUT" stands for an output file that already exists alone in a
 /// folder; expects the run to fail with status 1 and one error line naming `problem`, the
 /// output unchanged and no temporary file left beside it. Returns the run.
