@@ -153,11 +153,13 @@ TEST_F(Application, FailuresExitWithTheirStatusAndOneErrorLine) {
     const std::string missing = m_dir.file("missing.mxf");
     const std::string folder = m_dir.path().string();
     const std::string x = m_dir.file("x.mxf");
+    const std::string tmpdir = "TMPDIR=" + folder;
     const struct {
         Arguments arguments;
         int status;
         std::string problem;
         std::string environment = "";
+        std::string input = ""; // fed through a pipe as standard input
     } cases[] = {
         {{"klv", empty}, 1, "'" + empty + "' is empty"},
         {{"klv", text}, 1, "'" + text + "' is not an MXF file"},
@@ -198,15 +200,23 @@ TEST_F(Application, FailuresExitWithTheirStatusAndOneErrorLine) {
         {{"apply", "--in-place", copy, m_dir.file("missing.xml")}, 1, "missing.xml"},
         {{"apply", "--in-place", copy, text}, 1, "text.txt"},
         {{"apply", "-o", x, doc, doc}, 1, "MXF"},
+        // Copies of standard input go to TMPDIR, here to see that none is left.
+        {{"klv", "-"}, 1, "standard input", tmpdir, empty},
+        {{"info", "-"}, 1, "standard input", tmpdir, empty},
+        {{"to-xml", "-"}, 1, "standard input", tmpdir, rootOnly},
+        {{"from-xml", "-", "-o", "-"}, 1, "standard input", tmpdir, empty},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.arguments.empty() ? "" : c.arguments.front() + ": " + c.problem);
-        const auto run = runVellum(c.arguments, m_dir, {c.environment, "", false});
+        const auto run = runVellum(c.arguments, m_dir, {c.environment, c.input, true});
         EXPECT_TRUE(VellumTest::failedWith(run, c.status, c.problem));
     }
     EXPECT_EQ(VellumTest::readFile(copy), VellumTest::readFile(gstreamer));
     EXPECT_FALSE(std::filesystem::exists(x));
     EXPECT_TRUE(std::filesystem::is_directory(folder));
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        EXPECT_NE(entry.path().filename().string().rfind("vellum-stdin-", 0), 0U);
+    }
 }
 
 TEST_F(Application, BadCommandLinesExitWithStatusTwoAndTheUsage) {

@@ -131,12 +131,11 @@ TEST_P(GraphOnSample, TheDefaultViewIsWhatThePrefaceReachesAndGraphvizLaysItOut)
     EXPECT_LE(dot.uidOf.size(), order.size() - notReached);
     EXPECT_EQ(dot.darkNodes, 0U);
     ASSERT_FALSE(order.empty());
-    EXPECT_EQ(dot.labelOf
-                  .at("s" + std::to_string(std::find(model->sets().begin(), model->sets().end(),
-                                                     order.front()) -
-                                           model->sets().begin()))
-                  .rfind("Preface", 0),
-              0U);
+    // The first set drawn is the Preface (node s<its index among the sets>).
+    const auto preface = std::find(model->sets().begin(), model->sets().end(), order.front());
+    EXPECT_EQ(
+        dot.labelOf.at("s" + std::to_string(preface - model->sets().begin())).rfind("Preface", 0),
+        0U);
 
     if (!VellumTest::hasGraphviz()) {
         GTEST_SKIP() << "Graphviz's dot is not installed";

@@ -90,24 +90,4 @@ INSTANTIATE_TEST_SUITE_P(Commands, FromStandardInput, ::testing::ValuesIn(comman
                                     (p.param.throughPipe ? "Pipe" : "Redirect");
                          });
 
-using StandardInput = VellumTest::ProgramTest;
-
-TEST_F(StandardInput, EmptyOrFaultyInputIsAnErrorNamingStandardInput) {
-    const std::string empty = m_dir.write("empty", {});
-    const std::string text = m_dir.write("text", {'<', 'x', '/', '>'});
-    const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
-        {{"klv", "-"}, empty},
-        {{"info", "-"}, empty},
-        {{"to-xml", "-"}, text},
-        {{"from-xml", "-", "-o", "-"}, empty},
-    };
-    for (const auto& [arguments, input] : cases) {
-        SCOPED_TRACE(arguments.front());
-        const auto run =
-            runVellum(arguments, m_dir, {"TMPDIR=" + m_dir.path().string(), input, true});
-        EXPECT_TRUE(VellumTest::failedWith(run, 1, "standard input"));
-        EXPECT_EQ(leftovers(m_dir), 0U);
-    }
-}
-
 } // namespace

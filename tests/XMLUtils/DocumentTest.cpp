@@ -99,9 +99,11 @@ INSTANTIATE_TEST_SUITE_P(
                       MalformedCase{"Binary", std::string("\0\1\2\3garbage", 11)}),
     [](const auto& p) { return p.param.name; });
 
-TEST(LoadDocument, NullBufferWithBytesIsInvalidFormat) {
+TEST(LoadDocument, NullBufferWithBytesOrNullNodeIsInvalidFormat) {
     const ParserPtr parser = Initializer::instance().createParser();
     EXPECT_THROW_MSG_HAS(loadDocumentFromBuffer(nullptr, 4, *parser), InvalidFormat, "null buffer");
+    std::string bytes;
+    EXPECT_THROW(domToBytes(nullptr, bytes, EncodingType::UTF8), Vellum::Exceptions::InvalidFormat);
 }
 
 std::string nested(int depth) {
@@ -235,11 +237,6 @@ TEST(Serialize, DeclarationCanBeLeftOut) {
     std::string bytes;
     domToBytes(document->getDocumentElement(), bytes, EncodingType::UTF8, options);
     EXPECT_EQ(bytes, "<a>1</a>");
-}
-
-TEST(Serialize, NullNodeIsInvalidFormat) {
-    std::string bytes;
-    EXPECT_THROW(domToBytes(nullptr, bytes, EncodingType::UTF8), Vellum::Exceptions::InvalidFormat);
 }
 
 TEST(Utf16ToWstring, CopiesTextAndTreatsNullAsEmpty) {
