@@ -15,24 +15,20 @@ using VellumTest::runVellum;
 
 const std::string bitexactSample = VellumTest::sampleDir() + "/ffmpeg-op1a-mpeg2-pcm-bitexact.mxf";
 
-// The bytes of the header metadata region of the partition at `partitionOffset`.
-Bytes headerBytes(const Bytes& file, std::uint64_t partitionOffset) {
-    const auto region = VellumTest::findHeaderRegion(file, partitionOffset);
-    const auto first = file.begin() + static_cast<std::ptrdiff_t>(region.offset);
-    return Bytes(first, first + static_cast<std::ptrdiff_t>(region.size));
-}
-
 using HeaderOnSample = VellumTest::ProgramOnSample;
 
 TEST_P(HeaderOnSample, WritesExactlyTheHeaderMetadataOfTheFile) {
     const std::string path = VellumTest::sampleDir() + "/" + GetParam();
-    const Bytes expected = headerBytes(VellumTest::readFile(path), 0);
+    const Bytes file = VellumTest::readFile(path);
+    const auto region = VellumTest::findHeaderRegion(file, 0);
+    const auto first = file.begin() + static_cast<std::ptrdiff_t>(region.offset);
     const std::string output = m_dir.file("out.klv");
     const auto run = runVellum({"header", path, "-o", output}, m_dir);
     ASSERT_EQ(run.exitCode, 0) << run.err;
     EXPECT_EQ(run.out, "");
     EXPECT_EQ(run.err, "");
-    EXPECT_EQ(VellumTest::readFile(output), expected);
+    EXPECT_EQ(VellumTest::readFile(output),
+              Bytes(first, first + static_cast<std::ptrdiff_t>(region.size)));
 }
 
 INSTANTIATE_TEST_SUITE_P(Samples, HeaderOnSample, ::testing::ValuesIn(VellumTest::sampleNames()),

@@ -23,15 +23,6 @@ std::string replaceAll(std::string text, const std::string& from, const std::str
     return text;
 }
 
-// The number of copies of standard input left in `dir`.
-std::size_t leftovers(const VellumTest::TempDir& dir) {
-    std::size_t count = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(dir.path())) {
-        count += entry.path().filename().string().rfind("vellum-stdin-", 0) == 0 ? 1 : 0;
-    }
-    return count;
-}
-
 struct Case {
     std::vector<std::string> arguments; ///< "FILE" stands for the input
     bool throughPipe;
@@ -67,7 +58,9 @@ TEST_P(FromStandardInput, GivesTheOutputOfTheFile) {
     ASSERT_EQ(run.exitCode, 0) << run.err;
     EXPECT_EQ(run.err, "");
     EXPECT_EQ(run.out, replaceAll(expected.out, input, "standard input"));
-    EXPECT_EQ(leftovers(m_dir), 0U);
+    for (const auto& entry : std::filesystem::directory_iterator(m_dir.path())) {
+        EXPECT_NE(entry.path().filename().string().rfind("vellum-stdin-", 0), 0U);
+    }
 }
 
 const std::vector<Case> commandCases{
