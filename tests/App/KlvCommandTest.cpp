@@ -138,10 +138,6 @@ struct DamageCase {
 // Names the case in test listings instead of dumping its bytes.
 VELLUM_PRINT_CASE_NAME(DamageCase)
 
-std::string damageTestName(const ::testing::TestParamInfo<DamageCase>& damage) {
-    return damage.param.name;
-}
-
 class KlvOnDamagedFile : public ::testing::TestWithParam<DamageCase> {
 protected:
     VellumTest::TempDir m_dir;
@@ -191,7 +187,7 @@ INSTANTIATE_TEST_SUITE_P(
         DamageCase{"FFmpegCutInKey", ffmpegSample, Damage::CutInKey, "key needs 16 bytes"},
         DamageCase{"GStreamerCutInValue", gstreamerSample, Damage::CutInValue, "only"},
         DamageCase{"GStreamerCutInLength", gstreamerSample, Damage::CutInLength, "BER length"}),
-    damageTestName);
+    [](const auto& p) { return std::string(p.param.name); });
 
 TEST_F(Klv, SkipsARunInOfUpTo65535Bytes) {
     const Bytes sample = VellumTest::readFile(bitexactSample);

@@ -1,7 +1,5 @@
 #include "ModelCheck.h"
 
-#include "Support/Samples.h"
-
 #include "Vellum/MetaMetadata/Dictionary.h"
 #include "Vellum/MetaMetadata/MetaElement.h"
 #include "Vellum/Metadata/ReferenceArrayElement.h"
@@ -10,9 +8,7 @@
 #include "Vellum/Metadata/Visitors/ElementVisitor.h"
 #include "Vellum/Utils/StringConversion.h"
 
-#include <algorithm>
 #include <cstdlib>
-#include <filesystem>
 #include <tuple>
 
 namespace VellumTest {

@@ -5,8 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <filesystem>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -18,17 +16,6 @@ using VellumTest::summariseXml;
 
 const std::string bitexactSample = VellumTest::sampleDir() + "/ffmpeg-op1a-mpeg2-pcm-bitexact.mxf";
 const std::string utf8Declaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"";
-
-// The bitexact sample with one byte of a set key changed: `from` (16 bytes) becomes a key the
-// dictionary does not know, so the set is read as an unknown one.
-std::string patchedSample(const VellumTest::TempDir& dir, const std::string& name,
-                          const Bytes& key) {
-    Bytes file = VellumTest::readFile(bitexactSample);
-    Bytes changed = key;
-    changed[12] = 0x02;
-    VellumTest::replaceFirst(file, key, changed);
-    return dir.write(name, file);
-}
 
 const Bytes prefaceKey = {0x06, 0x0E, 0x2B, 0x34, 0x02, 0x53, 0x01, 0x01,
                           0x0D, 0x01, 0x01, 0x01, 0x01, 0x01, 0x2F, 0x00};
@@ -105,6 +92,11 @@ TEST_F(ToXml, FailuresExitWithOneLineAndLeaveTheOutputAlone) {
     const std::string text = "This is a text file, not MXF.\n";
     const Bytes sample = VellumTest::readFile(bitexactSample);
     const auto region = VellumTest::findHeaderRegion(sample, 0);
+    // The Preface under a key the dictionary does not know, so that the file has none.
+    Bytes noPreface = sample;
+    Bytes unknownKey = prefaceKey;
+    unknownKey[12] = 0x02;
+    VellumTest::replaceFirst(noPreface, prefaceKey, unknownKey);
     const auto cutAfter = [&](std::uint64_t size) {
         return Bytes(sample.begin(), sample.begin() + static_cast<std::ptrdiff_t>(size));
     };
@@ -117,7 +109,7 @@ TEST_F(ToXml, FailuresExitWithOneLineAndLeaveTheOutputAlone) {
          "not an MXF file"},
         {{"to-xml", m_dir.write("cut.mxf", cutAfter(2512)), "-o", "OUT"},
          "claims 5632 bytes from offset 512"},
-        {{"to-xml", patchedSample(m_dir, "no-preface.mxf", prefaceKey), "-o", "OUT"},
+        {{"to-xml", m_dir.write("no-preface.mxf", noPreface), "-o", "OUT"},
          "the header metadata has no Preface"},
         {{"header", m_dir.write("primer-cut.mxf", cutAfter(region.offset + 100)), "-o", "OUT"},
          "at offset 512 claims 1808 bytes"},

@@ -1,6 +1,5 @@
 #include "Metadata/HeaderMetadataBytes.h"
 #include "Support/AppCorpus.h"
-#include "Support/PrintCase.h"
 #include "Support/Samples.h"
 #include "XMLBuilder/ImportTestSupport.h"
 
