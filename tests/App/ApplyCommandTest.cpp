@@ -119,32 +119,4 @@ TEST_F(Apply, AGrowthPastTheSpaceIsRefusedInPlaceAndRewritesACopy) {
     EXPECT_EQ(runVellum({"diff", "--quiet", copy, doc}, m_dir).exitCode, 0);
 }
 
-TEST_F(Apply, BadCommandLinesAndInputsChangeNothing) {
-    const std::string copy = m_dir.write("copy.mxf", VellumTest::readFile(m_sample));
-    const std::string doc = m_dir.write("doc.xml", [&] {
-        const std::string text = runVellum({"to-xml", m_sample}, m_dir).out;
-        return Bytes(text.begin(), text.end());
-    }());
-    const std::string notXml = m_dir.write("not.xml", Bytes{'n', 'o'});
-    struct Case {
-        std::vector<std::string> arguments;
-        int exitCode;
-        std::string problem;
-    };
-    const std::vector<Case> cases = {
-        {{"apply", copy, doc}, 2, "give either -o OUT or --in-place"},
-        {{"apply", "--in-place", "-o", m_dir.file("x.mxf"), copy, doc}, 2, "either"},
-        {{"apply", "--in-place", "--reserve", "10", copy, doc}, 2, "'--reserve' needs -o"},
-        {{"apply", "-o", m_dir.file("x.mxf"), "--reserve", "ten", copy, doc}, 2, "number"},
-        {{"apply", "--in-place", copy, m_dir.file("missing.xml")}, 1, "missing.xml"},
-        {{"apply", "--in-place", copy, notXml}, 1, "not.xml"},
-        {{"apply", "-o", m_dir.file("x.mxf"), doc, doc}, 1, "MXF"},
-    };
-    for (const Case& c : cases) {
-        EXPECT_TRUE(VellumTest::failedWith(runVellum(c.arguments, m_dir), c.exitCode, c.problem));
-    }
-    EXPECT_EQ(VellumTest::readFile(copy), VellumTest::readFile(m_sample));
-    EXPECT_FALSE(std::filesystem::exists(m_dir.file("x.mxf")));
-}
-
 } // namespace

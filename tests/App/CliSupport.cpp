@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <sstream>
@@ -38,6 +39,43 @@ std::string dottedHex(const std::vector<std::uint8_t>& bytes, std::size_t first)
 
 bool isDigit(char c) {
     return std::isdigit(static_cast<unsigned char>(c)) != 0;
+}
+
+std::uint64_t bigEndian(const std::vector<std::uint8_t>& bytes, std::size_t at, std::size_t n) {
+    std::uint64_t value = 0;
+    for (std::size_t i = 0; i < n; ++i) {
+        value = (value << 8U) | bytes.at(at + i);
+    }
+    return value;
+}
+
+// Whether a dotted-hex key starts with `prefix` and has `rest` from byte 9 on; byte 8, the
+// registry version, is not compared.
+bool keyMatches(const std::string& key, const std::string& prefix, const std::string& rest) {
+    return key.compare(0, prefix.size(), prefix) == 0 && key.compare(24, rest.size(), rest) == 0;
+}
+
+const std::string packPrefix = "06.0E.2B.34.02.05.01";
+
+// The lines of `out` after the first line that starts with `heading`, up to a blank line.
+std::vector<std::string> section(const std::string& out, const std::string& heading) {
+    std::istringstream in(out);
+    std::vector<std::string> lines;
+    bool inside = false;
+    for (std::string line; std::getline(in, line);) {
+        if (inside && line.empty()) {
+            break;
+        }
+        if (inside) {
+            lines.push_back(line);
+        }
+        inside = inside || line.rfind(heading, 0) == 0;
+    }
+    return lines;
+}
+
+bool allDigits(const std::string& text) {
+    return !text.empty() && std::all_of(text.begin(), text.end(), isDigit);
 }
 
 } // namespace
@@ -143,18 +181,22 @@ bool isOneErrorLine(const std::string& err) {
     return ::testing::AssertionSuccess();
 }
 
-void expectUsageErrors(const std::string& command, const std::vector<UsageCase>& cases,
-                       const std::string& synopsis, const TempDir& dir) {
-    for (const UsageCase& c : cases) {
-        std::vector<std::string> arguments;
-        if (!command.empty()) {
-            arguments.push_back(command);
-        }
-        arguments.insert(arguments.end(), c.arguments.begin(), c.arguments.end());
-        const auto run = runVellum(arguments, dir);
-        EXPECT_TRUE(failedWith(run, 2, c.problem)) << command;
-        EXPECT_NE(run.err.find("(usage: " + synopsis), std::string::npos) << run.err;
-    }
+ProgramRun expectFailureKeepsOutput(std::vector<std::string> arguments, const std::string& problem,
+                                    const TempDir& dir) {
+    const std::filesystem::path folder = dir.path() / "kept";
+    std::filesystem::remove_all(folder);
+    std::filesystem::create_directory(folder);
+    const std::vector<std::uint8_t> old = {'o', 'l', 'd'};
+    const std::string output = dir.write("kept/old.out", old);
+    std::replace(arguments.begin(), arguments.end(), std::string("OUT"), output);
+    const ProgramRun run = runVellum(arguments, dir);
+    EXPECT_TRUE(failedWith(run, 1, problem));
+    EXPECT_EQ(readFile(output), old);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder),
+                            std::filesystem::directory_iterator()),
+              1)
+        << "no temporary file is left behind";
+    return run;
 }
 
 bool namesOffset(const std::string& text, std::uint64_t offset) {
@@ -168,50 +210,6 @@ bool namesOffset(const std::string& text, std::uint64_t offset) {
     }
     return false;
 }
-
-} // namespace VellumTest
-
-namespace VellumTest {
-namespace {
-
-std::uint64_t bigEndian(const std::vector<std::uint8_t>& bytes, std::size_t at, std::size_t n) {
-    std::uint64_t value = 0;
-    for (std::size_t i = 0; i < n; ++i) {
-        value = (value << 8U) | bytes.at(at + i);
-    }
-    return value;
-}
-
-// Whether a dotted-hex key starts with `prefix` and has `rest` from byte 9 on; byte 8, the
-// registry version, is not compared.
-bool keyMatches(const std::string& key, const std::string& prefix, const std::string& rest) {
-    return key.compare(0, prefix.size(), prefix) == 0 && key.compare(24, rest.size(), rest) == 0;
-}
-
-const std::string packPrefix = "06.0E.2B.34.02.05.01";
-
-// The lines of `out` after the first line that starts with `heading`, up to a blank line.
-std::vector<std::string> section(const std::string& out, const std::string& heading) {
-    std::istringstream in(out);
-    std::vector<std::string> lines;
-    bool inside = false;
-    for (std::string line; std::getline(in, line);) {
-        if (inside && line.empty()) {
-            break;
-        }
-        if (inside) {
-            lines.push_back(line);
-        }
-        inside = inside || line.rfind(heading, 0) == 0;
-    }
-    return lines;
-}
-
-bool allDigits(const std::string& text) {
-    return !text.empty() && std::all_of(text.begin(), text.end(), isDigit);
-}
-
-} // namespace
 
 HeaderRegion findHeaderRegion(const std::vector<std::uint8_t>& bytes,
                               std::uint64_t partitionOffset) {
@@ -274,6 +272,25 @@ std::uint64_t countAfter(const std::string& out, const std::string& label) {
         }
     }
     throw std::runtime_error("no line starting with '" + label + ":' in the output");
+}
+
+std::vector<std::uint8_t> withUnknownTimecodeKey(const std::string& path) {
+    std::vector<std::uint8_t> bytes = readFile(path);
+    const std::vector<std::uint8_t> timecode = {0x06, 0x0E, 0x2B, 0x34, 0x02, 0x53, 0x01, 0x01,
+                                                0x0D, 0x01, 0x01, 0x01, 0x01, 0x01, 0x14, 0x00};
+    std::vector<std::uint8_t> unknown = timecode;
+    unknown[14] = 0xF0;
+    replaceFirst(bytes, timecode, unknown);
+    return bytes;
+}
+
+std::vector<std::uint8_t> utf16(const std::u16string& text) {
+    std::vector<std::uint8_t> bytes;
+    for (const char16_t c : text) {
+        bytes.push_back(static_cast<std::uint8_t>(c >> 8U));
+        bytes.push_back(static_cast<std::uint8_t>(c & 0xFFU));
+    }
+    return bytes;
 }
 
 std::vector<SetLine> parseSetsListing(const std::string& out) {

@@ -82,10 +82,11 @@ struct UsageCase {
     std::string problem;
 };
 
-/// Runs `command` (if not empty) followed by each case's arguments; each must fail with status 2
-/// and an error line that ends with the usage starting `synopsis` ("vellum klv [--limit N] FILE").
-void expectUsageErrors(const std::string& command, const std::vector<UsageCase>& cases,
-                       const std::string& synopsis, const TempDir& dir);
+/// Runs `arguments`, in which "OUT" stands for an output file that already exists alone in a
+/// folder; expects the run to fail with status 1 and one error line naming `problem`, the
+/// output unchanged and no temporary file left beside it. Returns the run.
+ProgramRun expectFailureKeepsOutput(std::vector<std::string> arguments, const std::string& problem,
+                                    const TempDir& dir);
 
 /// Whether `text` names "offset <offset>" (and not a longer number that starts alike).
 bool namesOffset(const std::string& text, std::uint64_t offset);
@@ -140,6 +141,13 @@ struct SetLine {
 /// std::runtime_error if `from` does not occur.
 void replaceFirst(std::vector<std::uint8_t>& bytes, const std::vector<std::uint8_t>& from,
                   const std::vector<std::uint8_t>& to);
+
+/// The bytes of the file at `path` with the key of its first TimecodeComponent changed to one
+/// no dictionary knows, 06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.F0.00.
+std::vector<std::uint8_t> withUnknownTimecodeKey(const std::string& path);
+
+/// A text as the big-endian UTF-16 bytes MXF stores.
+std::vector<std::uint8_t> utf16(const std::u16string& text);
 
 /// The sets of a `sets` listing, in order.
 std::vector<SetLine> parseSetsListing(const std::string& out);

@@ -5,8 +5,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
-#include <regex>
 #include <string>
 #include <vector>
 
@@ -19,80 +17,13 @@ using VellumTest::runVellum;
 
 const std::string bitexactSample = VellumTest::sampleDir() + "/ffmpeg-op1a-mpeg2-pcm-bitexact.mxf";
 
-// The "partitions:" entries the manifest gives for `sample`, as "kind/status(hbc=N,ibc=M)".
-std::vector<VellumTest::PartitionLine> manifestPartitions(const std::string& sample) {
-    std::ifstream in(VellumTest::sampleDir() + "/MANIFEST.md");
-    std::string line;
-    while (std::getline(in, line) && line != "### " + sample) {
-    }
-    while (std::getline(in, line) && line.rfind("- partitions: ", 0) != 0) {
-    }
-    std::vector<VellumTest::PartitionLine> partitions;
-    const std::regex entry(R"((\w+)/(\w+)-(\w+)\(hbc=(\d+),ibc=(\d+)\))");
-    for (std::sregex_iterator it(line.begin(), line.end(), entry), end; it != end; ++it) {
-        VellumTest::PartitionLine partition;
-        partition.kind = (*it)[1];
-        partition.status = std::string((*it)[2]) + " " + std::string((*it)[3]);
-        partition.headerBytes = std::stoull((*it)[4]);
-        partition.indexBytes = std::stoull((*it)[5]);
-        partitions.push_back(partition);
-    }
-    return partitions;
-}
-
-using InfoOnSample = VellumTest::ProgramOnSample;
-
-TEST_P(InfoOnSample, AgreesWithTheManifestAndCountsEverySet) {
-    const auto run = runVellum({"info", VellumTest::sampleDir() + "/" + GetParam()}, m_dir);
-    ASSERT_EQ(run.exitCode, 0) << run.err;
-    EXPECT_EQ(run.err, "");
-    const auto expected = manifestPartitions(GetParam());
-    const auto listed = VellumTest::parseInfoPartitions(run.out);
-    ASSERT_FALSE(expected.empty());
-    ASSERT_EQ(listed.size(), expected.size()) << run.out;
-    for (std::size_t i = 0; i < expected.size(); ++i) {
-        SCOPED_TRACE("partition " + std::to_string(i));
-        EXPECT_EQ(listed[i].kind, expected[i].kind);
-        EXPECT_EQ(listed[i].status, expected[i].status);
-        EXPECT_EQ(listed[i].headerBytes, expected[i].headerBytes);
-        EXPECT_EQ(listed[i].indexBytes, expected[i].indexBytes);
-    }
-    EXPECT_EQ(listed.front().offset, 0U);
-    EXPECT_NE(run.out.find("problems: none\n"), std::string::npos);
-
-    const auto counts = parseInfoSetCounts(run.out);
-    std::uint64_t sum = 0;
-    for (const auto& entry : counts) {
-        sum += entry.second;
-    }
-    EXPECT_EQ(sum, countAfter(run.out, "sets"));
-    EXPECT_GT(countAfter(run.out, "primer entries"), 0U);
-    EXPECT_EQ(countAfter(run.out, "dark metadata sets"), 0U);
-    EXPECT_EQ(counts.count("Preface") ? counts.at("Preface") : 0, 1U);
-    EXPECT_EQ(counts.count("MaterialPackage") ? counts.at("MaterialPackage") : 0, 1U);
-    EXPECT_GE(counts.count("Identification") ? counts.at("Identification") : 0, 1U);
-}
-
-INSTANTIATE_TEST_SUITE_P(Samples, InfoOnSample, ::testing::ValuesIn(VellumTest::sampleNames()),
-                         VellumTest::sampleTestName);
-
 using Info = VellumTest::ProgramTest;
-
-// The bitexact sample with its first TimecodeComponent given a key no dictionary knows.
-Bytes withPrivateSet() {
-    Bytes bytes = VellumTest::readFile(bitexactSample);
-    const Bytes timecode = {0x06, 0x0E, 0x2B, 0x34, 0x02, 0x53, 0x01, 0x01,
-                            0x0D, 0x01, 0x01, 0x01, 0x01, 0x01, 0x14, 0x00};
-    Bytes changed = timecode;
-    changed[14] = 0xF0;
-    VellumTest::replaceFirst(bytes, timecode, changed);
-    return bytes;
-}
 
 const char* const privateKey = "06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.F0.00";
 
 TEST_F(Info, AUserDictionaryNamesAnUnknownSet) {
-    const std::string file = m_dir.write("private.mxf", withPrivateSet());
+    const std::string file =
+        m_dir.write("private.mxf", VellumTest::withUnknownTimecodeKey(bitexactSample));
     const std::string text = std::string("format\tvellum-dictionary\t1\n"
                                          "columns\tset\tkey\tname\tparent\n"
                                          "set\t") +

@@ -2,12 +2,18 @@
 #include "ModelCheck.h"
 #include "Support/Samples.h"
 
+#include "Vellum/MetaMetadata/MetaMetadataSet.h"
 #include "Vellum/Utils/StringConversion.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <map>
 #include <nlohmann/json.hpp>
+#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -32,21 +38,59 @@ protected:
     VellumTest::TempDir m_dir;
 };
 
-TEST_P(JsonOnSample, InfoAgreesWithTheModelAndTheTextListing) {
+// The partitions the manifest gives for a bundled sample, from its "- partitions: " line of
+// entries "kind/closed-complete(hbc=N,ibc=M)".
+std::vector<VellumTest::PartitionLine> manifestPartitions(const std::string& sample) {
+    std::ifstream in(VellumTest::sampleDir() + "/MANIFEST.md");
+    std::string line;
+    while (std::getline(in, line) && line != "### " + sample) {
+    }
+    while (std::getline(in, line) && line.rfind("- partitions: ", 0) != 0) {
+    }
+    std::vector<VellumTest::PartitionLine> partitions;
+    const std::regex entry(R"((\w+)/(\w+)-(\w+)\(hbc=(\d+),ibc=(\d+)\))");
+    for (std::sregex_iterator it(line.begin(), line.end(), entry), end; it != end; ++it) {
+        VellumTest::PartitionLine partition;
+        partition.kind = (*it)[1];
+        partition.status = std::string((*it)[2]) + " " + std::string((*it)[3]);
+        partition.headerBytes = std::stoull((*it)[4]);
+        partition.indexBytes = std::stoull((*it)[5]);
+        partitions.push_back(partition);
+    }
+    return partitions;
+}
+
+TEST_P(JsonOnSample, InfoAgreesWithTheModelTheTextListingAndTheManifest) {
     const auto model = VellumTest::readModel(GetParam());
     const Json info = runJson({"info", "--json", GetParam()});
     const Json& header = info.at("headerMetadata");
     EXPECT_EQ(header.at("sets").get<std::size_t>(), model->sets().size());
     EXPECT_EQ(header.at("darkMetadataSets").get<std::size_t>(), model->darkCount());
     EXPECT_EQ(header.at("primerEntries").get<std::size_t>(), model->partitionDictionary().size());
-    std::size_t byName = 0;
-    for (const Json& entry : header.at("setsByName")) {
-        byName += entry.at("count").get<std::size_t>();
+    std::map<std::string, std::uint64_t> byName; // set name (from the model) to count
+    for (const auto* set : model->sets()) {
+        ++byName[set->definition() != nullptr
+                     ? Vellum::Utils::wstringToString(set->definition()->name())
+                     : "(unknown set " + set->key().toUtf8() + ")"];
     }
-    EXPECT_EQ(byName, model->sets().size());
+    std::map<std::string, std::uint64_t> listedByName;
+    for (const Json& entry : header.at("setsByName")) {
+        listedByName[entry.at("name")] += entry.at("count").get<std::uint64_t>();
+    }
+    EXPECT_EQ(listedByName, byName);
     EXPECT_EQ(info.at("file").at("name"), GetParam());
 
+    // The text gives the same partitions and counts.
     const auto text = runVellum({"info", GetParam()}, m_dir);
+    ASSERT_EQ(text.exitCode, 0) << text.err;
+    EXPECT_EQ(text.err, "");
+    EXPECT_EQ(VellumTest::parseInfoSetCounts(text.out), byName);
+    EXPECT_EQ(VellumTest::countAfter(text.out, "sets"), model->sets().size());
+    EXPECT_EQ(VellumTest::countAfter(text.out, "primer entries"),
+              model->partitionDictionary().size());
+    EXPECT_EQ(VellumTest::countAfter(text.out, "dark metadata sets"), model->darkCount());
+    EXPECT_EQ(text.out.find("problems: none\n") != std::string::npos,
+              info.at("file").at("problems").empty());
     const auto partitions = VellumTest::parseInfoPartitions(text.out);
     ASSERT_EQ(info.at("partitions").size(), partitions.size());
     for (std::size_t i = 0; i < partitions.size(); ++i) {
@@ -58,8 +102,24 @@ TEST_P(JsonOnSample, InfoAgreesWithTheModelAndTheTextListing) {
         EXPECT_EQ(partition.at("headerByteCount"), partitions[i].headerBytes);
         EXPECT_EQ(partition.at("indexByteCount"), partitions[i].indexBytes);
     }
+    EXPECT_EQ(partitions.front().offset, 0U);
     EXPECT_EQ(header.at("size"), VellumTest::countAfter(text.out, "header metadata of partition 0 "
                                                                   "(header)"));
+
+    // A bundled sample's partitions are those its manifest lists.
+    const std::filesystem::path path(GetParam());
+    if (path.parent_path() != VellumTest::sampleDir()) {
+        return;
+    }
+    const auto expected = manifestPartitions(path.filename().string());
+    ASSERT_EQ(partitions.size(), expected.size()) << text.out;
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        SCOPED_TRACE("partition " + std::to_string(i));
+        EXPECT_EQ(partitions[i].kind, expected[i].kind);
+        EXPECT_EQ(partitions[i].status, expected[i].status);
+        EXPECT_EQ(partitions[i].headerBytes, expected[i].headerBytes);
+        EXPECT_EQ(partitions[i].indexBytes, expected[i].indexBytes);
+    }
 }
 
 TEST_P(JsonOnSample, SetsAgreeWithTheModel) {
@@ -92,6 +152,45 @@ TEST_P(JsonOnSample, SetsAgreeWithTheModel) {
     std::sort(listed.begin(), listed.end());
     EXPECT_EQ(listed, expected);
     EXPECT_EQ(sets.at("darkMetadataSets").size(), model->darkCount());
+
+    // The text listing shows the same sets and references.
+    const auto text = runVellum({"sets", GetParam()}, m_dir);
+    ASSERT_EQ(text.exitCode, 0) << text.err;
+    EXPECT_EQ(VellumTest::countAfter(text.out, "sets"), model->sets().size());
+    EXPECT_EQ(VellumTest::countAfter(text.out, "dark metadata sets"), model->darkCount());
+    const auto lines = VellumTest::parseSetsListing(text.out);
+    ASSERT_EQ(lines.size(), model->sets().size());
+    const auto orNull = [](const Json& value, const std::string& null) {
+        return value.is_null() ? null : value.get<std::string>();
+    };
+    std::map<std::string, std::string> nameOf; // instance UID to set name, as listed
+    for (const auto& line : lines) {
+        nameOf[line.uid] = line.name;
+    }
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        const Json& entry = sets.at("sets")[i];
+        SCOPED_TRACE(lines[i].name + " " + lines[i].uid);
+        EXPECT_EQ(lines[i].index, i);
+        EXPECT_EQ(lines[i].name, orNull(entry.at("name"), "(unknown)"));
+        EXPECT_EQ(lines[i].key, entry.at("key"));
+        EXPECT_EQ(lines[i].uid, orNull(entry.at("instanceUID"), "-"));
+        EXPECT_EQ(lines[i].values, entry.at("values"));
+        ASSERT_EQ(lines[i].references.size(), entry.at("references").size());
+        for (std::size_t j = 0; j < lines[i].references.size(); ++j) {
+            const auto& line = lines[i].references[j];
+            const Json& reference = entry.at("references")[j];
+            const Json& item = reference.at("item");
+            EXPECT_EQ(line.element, reference.at("element").get<std::string>() +
+                                        (item.is_null() ? "" : "[" + item.dump() + "]"));
+            EXPECT_EQ(line.uid, reference.at("target"));
+            // The target is named as the set listed with that UID.
+            const bool found = reference.at("targetCount") != 0;
+            const std::string name = found ? nameOf.at(line.uid) : "dangling";
+            EXPECT_EQ(orNull(reference.at("targetSet"), found ? "(unknown)" : "dangling"), name);
+            EXPECT_EQ(line.target, (name == "(unknown)" ? "unknown set" : name) +
+                                       (reference.at("weak") == true ? ", weak" : ""));
+        }
+    }
 }
 
 TEST_P(JsonOnSample, DiffOfAFileWithItselfIsEqual) {
@@ -134,15 +233,6 @@ TEST(Json, DiffListsTheDifferencesOfTheTextWithStatusOne) {
                       std::string::npos);
         }
     }
-}
-
-TEST(Json, DiffTroubleAndQuietWithJson) {
-    VellumTest::TempDir dir;
-    const auto missing = runVellum({"diff", "--json", bitexactSample, dir.file("no.mxf")}, dir);
-    EXPECT_TRUE(VellumTest::failedWith(missing, 2, "no.mxf"));
-    const auto both = runVellum({"diff", "--json", "--quiet", bitexactSample, bitexactSample}, dir);
-    EXPECT_EQ(both.exitCode, 2);
-    EXPECT_NE(both.err.find("exclude each other"), std::string::npos) << both.err;
 }
 
 } // namespace

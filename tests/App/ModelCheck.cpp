@@ -1,7 +1,5 @@
 #include "ModelCheck.h"
 
-#include "Support/Samples.h"
-
 #include "Vellum/MetaMetadata/Dictionary.h"
 #include "Vellum/MetaMetadata/MetaElement.h"
 #include "Vellum/Metadata/ReferenceArrayElement.h"
@@ -10,9 +8,7 @@
 #include "Vellum/Metadata/Visitors/ElementVisitor.h"
 #include "Vellum/Utils/StringConversion.h"
 
-#include <algorithm>
 #include <cstdlib>
-#include <filesystem>
 #include <tuple>
 
 namespace VellumTest {
@@ -86,27 +82,6 @@ std::vector<ModelReference> referencesOf(const Vellum::Metadata::PartitionMetada
         }
     }
     return references;
-}
-
-std::vector<std::string> corpusPaths() {
-    std::vector<std::string> paths;
-    for (const std::string& name : sampleNames()) {
-        paths.push_back(sampleDir() + "/" + name);
-    }
-    const std::filesystem::path real =
-        std::filesystem::path(VELLUM_SOURCE_DIR) / ".." / "shared" / "samples" / "mxf-real";
-    std::error_code ignored;
-    if (std::filesystem::is_directory(real, ignored)) {
-        std::vector<std::string> found;
-        for (const auto& entry : std::filesystem::directory_iterator(real, ignored)) {
-            if (entry.path().extension() == ".mxf") {
-                found.push_back(entry.path().string());
-            }
-        }
-        std::sort(found.begin(), found.end());
-        paths.insert(paths.end(), found.begin(), found.end());
-    }
-    return paths;
 }
 
 bool hasGraphviz() {

@@ -1,6 +1,8 @@
 #ifndef VELLUM_TESTS_APP_MODELCHECK_H
 #define VELLUM_TESTS_APP_MODELCHECK_H
 
+#include "Support/AppCorpus.h"
+
 #include "Vellum/Metadata/PartitionMetadata.h"
 
 #include <memory>
@@ -32,10 +34,6 @@ struct ModelReference {
 /// Every reference of every set (single ones and the items of batches and arrays), walked
 /// with the element visitor.
 std::vector<ModelReference> referencesOf(const Vellum::Metadata::PartitionMetadata& metadata);
-
-/// The sample files the tests of the whole corpus use: the bundled ones, then those of
-/// ../shared/samples/mxf-real beside the checkout when it is there.
-std::vector<std::string> corpusPaths();
 
 /// Whether Graphviz's `dot` program can be run.
 bool hasGraphviz();

@@ -12,19 +12,12 @@ namespace VellumTest {
 /// What a parsed document looks like, in forms that compare easily.
 struct XmlSummary {
     std::string rootName;  ///< qualified name of the document element
-    std::size_t sets = 0;  ///< elements that carry rp210:InstanceUID, i.e. metadata sets
     std::string canonical; ///< compact UTF-8 text without white-space-only text nodes
 };
 
 /// Parses `bytes` (any encoding the document declares) and summarises it. Throws the
 /// toolkit's ParseError for a malformed document.
 XmlSummary summariseXml(const std::string& bytes);
-
-/// `text` with each 16-byte identifier written as 47 characters of dotted hex, other than
-/// SMPTE labels (06.0E.2B.34...), replaced by "#<n>", n being the order of its first
-/// appearance; so two documents that differ only in the instance identifiers chosen for
-/// their sets become equal.
-std::string normaliseIdentifiers(const std::string& text);
 
 } // namespace VellumTest
 

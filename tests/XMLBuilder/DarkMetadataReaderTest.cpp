@@ -36,24 +36,23 @@ std::unique_ptr<Metadata::PartitionMetadata> read(const std::string& xml) {
 }
 
 TEST(DarkMetadataReader, ReadsKeyOctetCountAndValue) {
-    const auto partition = read(darkElement(both("4"), "0A1b"));
-    ASSERT_EQ(partition->darkCount(), 1U);
-    const Metadata::DarkMetadataSet& dark = **partition->darkBegin();
-    EXPECT_EQ(dark.key().toUtf8(), "06.0E.2B.34.01.02.01.01.0D.01.03.01.15.01.05.01");
-    EXPECT_EQ(dark.berLength(), 4);
-    ASSERT_EQ(dark.value()->size(), 2U);
-    EXPECT_EQ(dark.value()->begin()[0], 0x0A);
-    EXPECT_EQ(dark.value()->begin()[1], 0x1B);
-}
-
-TEST(DarkMetadataReader, EmptyTextGivesAnEmptyValue) {
-    const auto partition = read(darkElement(both("1"), ""));
-    ASSERT_EQ(partition->darkCount(), 1U);
-    EXPECT_EQ((*partition->darkBegin())->value()->size(), 0U);
-}
-
-TEST(DarkMetadataReader, OctetCountIsCutToEightBits) {
-    EXPECT_EQ((*read(darkElement(both("260"), "00"))->darkBegin())->berLength(), 4);
+    const struct {
+        std::string octets;
+        std::string value;
+        int berLength; // the octet count is cut to eight bits
+        std::vector<std::uint8_t> bytes;
+    } cases[] = {{"4", "0A1b", 4, {0x0A, 0x1B}}, {"1", "", 1, {}}, {"260", "00", 4, {0x00}}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.octets + " " + c.value);
+        const auto partition = read(darkElement(both(c.octets), c.value));
+        ASSERT_EQ(partition->darkCount(), 1U);
+        const Metadata::DarkMetadataSet& dark = **partition->darkBegin();
+        EXPECT_EQ(dark.key().toUtf8(), "06.0E.2B.34.01.02.01.01.0D.01.03.01.15.01.05.01");
+        EXPECT_EQ(dark.berLength(), c.berLength);
+        EXPECT_EQ(std::vector<std::uint8_t>(dark.value()->begin(),
+                                            dark.value()->begin() + dark.value()->size()),
+                  c.bytes);
+    }
     // No number reads as 0 octets, which no BER length has.
     EXPECT_THROW(read(darkElement(both("x"), "00")), Exceptions::InvalidLength);
     // 128 bytes do not fit the 7 bits of a one-octet length.

@@ -40,35 +40,25 @@ struct ValueCase {
 VELLUM_PRINT_CASE_NAME(ValueCase)
 
 const ValueCase valueCases[] = {
-    {"BooleanZero", Identifier::Boolean, "0", "00"},
     {"BooleanWordFalse", Identifier::Boolean, "false", "01"},
-    {"BooleanOne", Identifier::Boolean, "1", "01"},
     {"BooleanBlankZero", Identifier::Boolean, " 0", "01"},
     {"BooleanWithoutText", Identifier::Boolean, "", "(none)"},
     {"Int8Negative", Identifier::Int8, "-1", "FF"},
     {"Int8Cut", Identifier::Int8, "200", "C8"},
     {"Int16Cut", Identifier::Int16, "70000", "1170"},
     {"Int32Negative", Identifier::Int32, "-2", "FFFFFFFE"},
-    {"Int64Minimum", Identifier::Int64, "-9223372036854775808", "8000000000000000"},
     {"UInt8Cut", Identifier::UInt8, "300", "2C"},
     {"UInt16BlanksAndTrailingText", Identifier::UInt16, " \t42xyz", "002A"},
     {"UInt32NoNumber", Identifier::UInt32, "abc", "00000000"},
     {"UInt32Cut", Identifier::UInt32, "4294967297", "00000001"},
-    {"UInt64Maximum", Identifier::UInt64, "18446744073709551615", "FFFFFFFFFFFFFFFF"},
     {"LengthWithPlus", Identifier::Length, "+5", "0000000000000005"},
-    {"PositionNegative", Identifier::Position, "-1", "FFFFFFFFFFFFFFFF"},
     {"OrientationCut", Identifier::Orientation, "258", "02"},
-    {"SignalStandard", Identifier::SignalStandard, "3", "03"},
-    {"VersionType", Identifier::VersionType, "258", "0102"},
     {"ISO7StringAsUTF8", Identifier::ISO7String, "h\xC3\xA9llo", "68C3A96C6C6F"},
     {"UTF16StringKeepsBlanks", Identifier::UTF16String, " a b ", "00200061002000620020"},
     {"UTF16FirstCharacterOfFirstWord", Identifier::UTF16, "  xy", "0078"},
     {"UUIDEitherCase", Identifier::UUID, "0a.0B.0c.0D.0e.0F.10.11.12.13.14.15.16.17.18.19",
      "0A0B0C0D0E0F10111213141516171819"},
-    {"UniversalLabel", Identifier::UniversalLabel,
-     "06.0E.2B.34.04.01.01.01.0D.01.02.01.01.01.09.00", "060E2B34040101010D01020101010900"},
     {"DataStreamMixedCase", Identifier::DataStream, "0A1b", "0A1B"},
-    {"UnknownBytes", Identifier::Unknown, "FF00", "FF00"},
     {"RationalSigned", Identifier::Rational,
      "<types:Numerator>-1</types:Numerator><types:Denominator>3</types:Denominator>",
      "FFFFFFFF00000003"},
@@ -80,19 +70,10 @@ const ValueCase valueCases[] = {
     {"RationalPartInOtherNamespace", Identifier::Rational,
      R"(<types:Numerator>1</types:Numerator><x:Denominator xmlns:x="urn:other">1</x:Denominator>)",
      "(none)"},
-    {"ProductVersion", Identifier::ProductVersion,
-     "<types:Major>1</types:Major><types:Minor>2</types:Minor><types:Patch>3</types:Patch>"
-     "<types:Build>4</types:Build><types:Release>1</types:Release>",
-     "00010002000300040001"},
     {"ProductVersionWithoutRelease", Identifier::ProductVersion,
      "<types:Major>1</types:Major><types:Minor>2</types:Minor><types:Patch>3</types:Patch>"
      "<types:Build>4</types:Build>",
      "(none)"},
-    {"TimestampCountsFourMillisecondUnits", Identifier::Timestamp,
-     "<types:Year>2024</types:Year><types:Month>12</types:Month><types:Day>31</types:Day>"
-     "<types:Hour>23</types:Hour><types:Minute>59</types:Minute><types:Second>58</types:Second>"
-     "<types:mSec4>250</types:mSec4>",
-     "07E80C1F173B3AFA"},
     {"RGBALayoutInOrder", Identifier::RGBALayout,
      "<types:RGBAComponent><types:Code>82</types:Code><types:Depth>8</types:Depth></"
      "types:RGBAComponent>"
@@ -102,21 +83,11 @@ const ValueCase valueCases[] = {
     {"RGBALayoutMissingDepthIsZero", Identifier::RGBALayout,
      "<types:RGBAComponent><types:Code>70</types:Code></types:RGBAComponent>",
      "46000000000000000000000000000000"},
-    {"J2KPictureComponent", Identifier::J2KPictureComponent,
-     "<s422mTypes:J2KPictureComponent><s422mTypes:Ssizi>7</s422mTypes:Ssizi><s422mTypes:XRSizi>1</"
-     "s422mTypes:XRSizi>"
-     "<s422mTypes:YRSizi>2</s422mTypes:YRSizi></s422mTypes:J2KPictureComponent>",
-     "070102"},
     {"J2KCodingStyleDefault", Identifier::J2KCodingStyleDefault,
      "<s422mTypes:J2KCodingStyleDefault><s422mTypes:Scod>1</"
      "s422mTypes:Scod><s422mTypes:SGcod>16909060</s422mTypes:SGcod>"
      "<s422mTypes:Spcod>0A0b</s422mTypes:Spcod></s422mTypes:J2KCodingStyleDefault>",
      "01010203040A0B"},
-    {"J2KQuantisationDefault", Identifier::J2KQuantisationDefault,
-     "<s422mTypes:J2KQuantisationDefault><s422mTypes:Sqcd>66</"
-     "s422mTypes:Sqcd><s422mTypes:SPgcd>4048</s422mTypes:SPgcd>"
-     "</s422mTypes:J2KQuantisationDefault>",
-     "424048"},
     {"NoParserFloat", Identifier::Float, "1", "(none)"},
     {"NoParserIndirect", Identifier::Indirect, "01", "(none)"},
     {"NoParserPackageID", Identifier::PackageID, "01", "(none)"},
@@ -251,14 +222,13 @@ const std::string basicUMID = "06.0A.2B.34.01.01.01.05.01.01.0D.00.13.00.00.00.0
                               "66.77.88.99.AA.BB.CC.DD.EE.FF";
 const std::string zeros32 = std::string(64, '0');
 
-TEST(ValueParser, ExtendedClipIDPadsABasicUMIDWithAZeroSourcePack) {
+// ExtendedClipID pads a basic UMID with a zero source pack and keeps an extended one; other
+// elements are not padded.
+TEST(ValueParser, ExtendedClipIDPadsABasicUMIDOnly) {
     const std::string bytes = parsed(basicUMID, Identifier::UMID64, "ExtendedClipID");
     ASSERT_EQ(bytes.size(), 128U);
     EXPECT_EQ(bytes.substr(64), zeros32);
     EXPECT_EQ(bytes.substr(0, 8), "060A2B34");
-}
-
-TEST(ValueParser, ExtendedUMIDIsKeptAndOtherElementsAreNotPadded) {
     const std::string extended = basicUMID + "." + basicUMID;
     EXPECT_EQ(parsed(extended, Identifier::UMID64, "ExtendedClipID").substr(64, 8), "060A2B34");
     EXPECT_EQ(parsed(basicUMID, Identifier::UMID32, "v").size(), 64U);

@@ -4,130 +4,26 @@
 
 #include "Vellum/DataIO/Memory/MemoryDataSink.h"
 #include "Vellum/MetaMetadata/Dictionary.h"
-#include "Vellum/MetaMetadata/MetaElement.h"
-#include "Vellum/Metadata/CollectionElement.h"
-#include "Vellum/Metadata/ReferenceElement.h"
-#include "Vellum/Metadata/SimpleElement.h"
-#include "Vellum/Types/ISO7String.h"
-#include "Vellum/Types/Reference.h"
-#include "Vellum/Types/UTF16String.h"
-#include "Vellum/Types/UUID.h"
+#include "Vellum/Metadata/HeaderMetadataComparison.h"
 #include "Vellum/Utils/StringConversion.h"
+#include "Vellum/XMLBuilder/Partition2XML.h"
 #include "Vellum/XMLBuilder/Partition2XMLText.h"
 #include "Vellum/XMLBuilder/XML2Partition.h"
+#include "Vellum/XMLUtils/Document.h"
 
-#include <regex>
-#include <set>
+#include <gtest/gtest.h>
+
 #include <sstream>
 
 namespace VellumTest {
 
 using namespace Vellum;
 
-namespace {
-
-const std::regex& attributeIdentifier() {
-    static const std::regex pattern(R"re((?:rp210:InstanceUID|types:TargetInstance)="([^"]*)")re");
-    return pattern;
-}
-
-// A UUID text standing alone as an attribute value or element text.
-const std::regex& bareUUID() {
-    static const std::regex pattern(
-        R"re((["> ])([0-9A-Fa-f]{2}(?:\.[0-9A-Fa-f]{2}){15})(?=["<]))re");
-    return pattern;
-}
-
-std::set<std::string> instanceIdentifiers(const std::string& xml) {
-    std::set<std::string> found;
-    for (std::sregex_iterator it(xml.begin(), xml.end(), attributeIdentifier()), end; it != end;
-         ++it) {
-        found.insert((*it)[1].str());
-    }
-    return found;
-}
-
-std::string mapped(const IdentifierOrder& order, const WString& text) {
-    const auto it = order.index.find(Utils::wstringToString(text));
-    return it == order.index.end() ? "unmapped:" + Utils::wstringToString(text)
-                                   : "#" + std::to_string(it->second);
-}
-
-std::string valueText(const Types::SimpleDataType& value, const IdentifierOrder& order,
-                      bool identity) {
-    if (const auto* reference = dynamic_cast<const Types::Reference*>(&value)) {
-        return "ref " + mapped(order, reference->toString());
-    }
-    if (identity) {
-        return "id " + mapped(order, static_cast<const Types::UUID&>(value).toString());
-    }
-    if (const auto* iso = dynamic_cast<const Types::ISO7String*>(&value)) {
-        return "iso7 " + iso->value();
-    }
-    if (const auto* utf16 = dynamic_cast<const Types::UTF16String*>(&value)) {
-        return "utf16 " + Utils::wstringToString(utf16->value());
-    }
-    return std::to_string(value.identifier()) + " " + hexOf(value.rawBuffer());
-}
-
-std::string elementText(const Metadata::Element& element, const IdentifierOrder& order) {
-    if (element.isEmpty()) {
-        return "(none)";
-    }
-    const bool identity =
-        element.metaElement() != nullptr && element.metaElement()->name() == u"InstanceUID";
-    if (const auto* simple = dynamic_cast<const Metadata::SimpleElement*>(&element)) {
-        return valueText(*simple->value(), order, identity);
-    }
-    if (const auto* reference = dynamic_cast<const Metadata::ReferenceElement*>(&element)) {
-        return valueText(*reference->value(), order, false);
-    }
-    const auto& collection = dynamic_cast<const Metadata::CollectionElement&>(element);
-    std::string text = "[";
-    for (std::uint32_t i = 0; i < collection.size(); ++i) {
-        text += valueText(collection.at(i), order, false) + ";";
-    }
-    return text + "]";
-}
-
-} // namespace
-
 std::string hexOf(const std::vector<std::uint8_t>& bytes) {
     std::string out;
     for (const std::uint8_t byte : bytes) {
         Utils::appendHexByte(out, byte);
     }
-    return out;
-}
-
-IdentifierOrder identifierOrder(const std::string& xml) {
-    const std::set<std::string> identifiers = instanceIdentifiers(xml);
-    IdentifierOrder order;
-    for (std::sregex_iterator it(xml.begin(), xml.end(), bareUUID()), end; it != end; ++it) {
-        const std::string text = (*it)[2].str();
-        if (identifiers.count(text) != 0 && order.index.count(text) == 0) {
-            order.index.emplace(text, order.inOrder.size());
-            order.inOrder.push_back(text);
-        }
-    }
-    return order;
-}
-
-std::string normalizeIdentifiers(const std::string& xml) {
-    const IdentifierOrder order = identifierOrder(xml);
-    std::string out;
-    auto last = xml.cbegin();
-    for (std::sregex_iterator it(xml.begin(), xml.end(), bareUUID()), end; it != end; ++it) {
-        const auto& match = *it;
-        const auto found = order.index.find(match[2].str());
-        if (found == order.index.end()) {
-            continue;
-        }
-        out.append(last, match[2].first);
-        out += "#" + std::to_string(found->second);
-        last = match[2].second;
-    }
-    out.append(last, xml.cend());
     return out;
 }
 
@@ -150,26 +46,70 @@ serializedAndReadBack(Metadata::PartitionMetadata& partition) {
                                              0, partition.partitionDictionary().dictionary());
 }
 
-std::map<std::string, std::string> canonicalSets(const Metadata::PartitionMetadata& partition,
-                                                 const IdentifierOrder& order) {
-    std::map<std::string, std::string> sets;
-    for (const Metadata::MetadataSet* set : partition.sets()) {
-        std::ostringstream text;
-        text << "key " << set->key().toUtf8() << "\n";
-        for (const auto& [label, element] : *set) {
-            text << Utils::wstringToString(label.toString()) << " = "
-                 << elementText(*element, order) << "\n";
-        }
-        std::size_t position = 0;
-        for (auto it = set->invalidBegin(); it != set->invalidEnd(); ++it) {
-            text << "invalid " << position++ << " = " << elementText(**it, order) << "\n";
-        }
-        const std::string identifier = set->instanceUID() != nullptr
-                                           ? mapped(order, set->instanceUID()->toString())
-                                           : "(no id)";
-        sets[identifier] += text.str();
+std::string differences(const Metadata::PartitionMetadata& a,
+                        const Metadata::PartitionMetadata& b) {
+    std::string out;
+    for (const auto& d : Metadata::HeaderMetadataComparison::compare(a, b)) {
+        out += std::string(Metadata::MetadataDifference::kindName(d.kind)) + " " +
+               Utils::wstringToString(d.setName + u" " + d.elementName + u": " + d.oldValue +
+                                      u" -> " + d.newValue) +
+               "\n";
     }
-    return sets;
+    return out;
+}
+
+using Encoding = XMLUtils::EncodingType;
+
+// Every layout, encoding and option of both text overloads, against the DOM path; from
+// `start`, or from the first Preface when it is null.
+void expectStreamingEqualsDOM(const Metadata::PartitionMetadata& partition,
+                              const Metadata::MetadataSet* start) {
+    const auto dom = [&](bool typed, bool structural) {
+        return start != nullptr ? XMLBuilder::partition2XML(&partition, start, typed, structural)
+                                : XMLBuilder::partition2XML(&partition, typed, structural);
+    };
+    const auto stream = [&](bool typed, bool structural, Encoding encoding, std::ostream& out,
+                            const XMLUtils::SerializeOptions& options) {
+        return start != nullptr ? XMLBuilder::partition2XML(&partition, start, typed, structural,
+                                                            encoding, out, options)
+                                : XMLBuilder::partition2XML(&partition, typed, structural, encoding,
+                                                            out, options);
+    };
+    const auto units = [&](bool typed, bool structural, Encoding encoding, WString& out) {
+        if (start != nullptr) {
+            XMLBuilder::partition2XML(&partition, start, typed, structural, encoding, out);
+        } else {
+            XMLBuilder::partition2XML(&partition, typed, structural, encoding, out);
+        }
+    };
+    for (const bool structural : {false, true}) {
+        for (const bool typed : {false, true}) {
+            SCOPED_TRACE(std::string(typed ? "typed" : "flat") +
+                         (structural ? ", structural targets only" : ""));
+            const auto document = dom(typed, structural);
+            ASSERT_TRUE(document);
+            for (const Encoding encoding : {Encoding::UTF8, Encoding::UTF16}) {
+                for (const XMLUtils::SerializeOptions options :
+                     {XMLUtils::SerializeOptions{true, true},
+                      XMLUtils::SerializeOptions{false, true},
+                      XMLUtils::SerializeOptions{true, false},
+                      XMLUtils::SerializeOptions{false, false}}) {
+                    std::string expected;
+                    XMLUtils::domToBytes(document.get(), expected, encoding, options);
+                    std::ostringstream streamed;
+                    ASSERT_TRUE(stream(typed, structural, encoding, streamed, options));
+                    EXPECT_EQ(streamed.str(), expected)
+                        << "UTF-" << (encoding == Encoding::UTF8 ? 8 : 16) << ", pretty "
+                        << options.prettyPrint << ", declaration " << options.xmlDeclaration;
+                }
+                WString expected;
+                XMLUtils::domToBuffer(document.get(), expected, encoding);
+                WString text;
+                units(typed, structural, encoding, text);
+                EXPECT_EQ(text, expected) << "code units";
+            }
+        }
+    }
 }
 
 const char16_t* const probeKey = u"06.0E.2B.34.02.53.01.01.0E.7F.7F.01.01.01.01.00";
@@ -227,6 +167,10 @@ Templates::SharedPtr<MetaMetadata::Dictionary> probeDictionary() {
     }
     dictionary->loadText(text, "probe");
     return dictionary;
+}
+
+std::unique_ptr<Metadata::PartitionMetadata> probePartition() {
+    return std::make_unique<Metadata::PartitionMetadata>(probeDictionary());
 }
 
 std::string document(const std::string& body) {

@@ -18,22 +18,14 @@
 
 namespace VellumTest {
 
-/// Instance identifiers of a document (the values of rp210:InstanceUID and
-/// types:TargetInstance) by order of first appearance anywhere in it.
-struct IdentifierOrder {
-    std::map<std::string, std::size_t> index;
-    std::vector<std::string> inOrder;
-};
-
-/// The identifiers of `xml` in order of first appearance.
-IdentifierOrder identifierOrder(const std::string& xml);
-
-/// `xml` with every instance identifier (and every bare 47-character UUID text equal to one)
-/// replaced by "#<order of first appearance>".
-std::string normalizeIdentifiers(const std::string& xml);
-
 /// The document text of `partition`'s export, as UTF-8.
 std::string exportText(Vellum::Metadata::PartitionMetadata& partition, bool typedReferences);
+
+/// Expects the streaming text export of `partition` to be the DOM export serialised by
+/// Xerces-C, in every layout, encoding and option of both text overloads; from `start`, or
+/// from the first Preface when it is null.
+void expectStreamingEqualsDOM(const Vellum::Metadata::PartitionMetadata& partition,
+                              const Vellum::Metadata::MetadataSet* start);
 
 /// A new empty partition over the built-in dictionary.
 std::unique_ptr<Vellum::Metadata::PartitionMetadata> emptyPartition();
@@ -42,11 +34,9 @@ std::unique_ptr<Vellum::Metadata::PartitionMetadata> emptyPartition();
 std::unique_ptr<Vellum::Metadata::PartitionMetadata>
 serializedAndReadBack(Vellum::Metadata::PartitionMetadata& partition);
 
-/// A canonical text of every set of `partition`, keyed by its identifier's order in `order`:
-/// the set's key and, per element (by label, invalid ones by position), its value; strings by
-/// their text without NUL terminators, instance identifiers and references through `order`.
-std::map<std::string, std::string>
-canonicalSets(const Vellum::Metadata::PartitionMetadata& partition, const IdentifierOrder& order);
+/// The differences from `a` to `b`, one line each; empty when they hold equal header metadata.
+std::string differences(const Vellum::Metadata::PartitionMetadata& a,
+                        const Vellum::Metadata::PartitionMetadata& b);
 
 /// The built-in dictionary plus the test set "probe:ImportProbe" (namespace urn:vellum:probe,
 /// key probeKey) whose elements cover the collection and reference kinds: Names (batch of
@@ -55,6 +45,8 @@ canonicalSets(const Vellum::Metadata::PartitionMetadata& partition, const Identi
 /// Child (strong reference), Friend (weak reference) and Note (UTF16String).
 Vellum::Templates::SharedPtr<Vellum::MetaMetadata::Dictionary> probeDictionary();
 extern const char16_t* const probeKey;
+/// A new empty partition over probeDictionary().
+std::unique_ptr<Vellum::Metadata::PartitionMetadata> probePartition();
 /// The label of the ImportProbe element `name` (Names, Titles, Counts, Blobs, Components,
 /// Children, Child, Friend, Note).
 Vellum::Types::UniversalLabel probeLabel(const std::string& name);

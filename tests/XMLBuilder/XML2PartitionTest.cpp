@@ -15,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -27,10 +28,6 @@ const auto identificationKey =
     KLV::Key(u"06.0E.2B.34.02.53.01.01.0D.01.01.01.01.01.30.00", Types::DottedHex);
 const auto companyName = VellumTest::label(u"06.0E.2B.34.01.01.01.02.05.20.07.01.02.01.00.00");
 const std::string darkKey = "06.0E.2B.34.01.02.01.01.0D.01.03.01.15.01.05.01";
-
-std::unique_ptr<Metadata::PartitionMetadata> probePartition() {
-    return std::make_unique<Metadata::PartitionMetadata>(VellumTest::probeDictionary());
-}
 
 std::string darkSet(const std::string& name = "groups:DarkMetadata") {
     return "<" + name + R"( groups:Key=")" + darkKey + R"(" groups:BEROctetCount="4">0A</)" + name +
@@ -57,48 +54,44 @@ TEST(XML2Partition, NullPartitionIsInvalidFormatInEveryEntry) {
                  Exceptions::InvalidFormat);
 }
 
-TEST(XML2Partition, RootWithoutElementsGivesNothing) {
-    auto partition = VellumTest::emptyPartition();
-    EXPECT_TRUE(importBody("text only<!-- and a comment -->", *partition).empty());
-    EXPECT_TRUE(partition->sets().empty());
-    EXPECT_EQ(partition->darkCount(), 0U);
-}
-
-TEST(XML2Partition, TopLevelSetsAreKnownByLocalNameAndUnknownOnesSkipped) {
-    auto partition = VellumTest::emptyPartition();
-    const auto sets = importBody(
-        R"(<s377m:Preface/><x:Unheard xmlns:x="urn:x"><s377m:Identification/></x:Unheard>)"
-        R"(<x:Identification xmlns:x="urn:elsewhere"/><Identification/>)",
-        *partition);
-    ASSERT_EQ(sets.size(), 3U);
-    EXPECT_EQ(sets.front()->key(), prefaceKey);
-    EXPECT_EQ((*std::next(sets.begin()))->key(), identificationKey);
-    EXPECT_EQ(sets.back()->key(), identificationKey);
-    EXPECT_EQ(partition->sets().size(), 3U) << "the set inside the unknown element is not read";
-}
-
-TEST(XML2Partition, FloatingDarkMetadataHoldsSetsAndDarkSets) {
-    auto partition = VellumTest::emptyPartition();
-    const auto sets = importBody(
-        "<s377m:Preface/><groups:FloatingDarkMetadata>" + darkSet() + "<s377m:Identification/>" +
-            darkSet("groups:FloatingDarkMetadata") + "</groups:FloatingDarkMetadata>",
-        *partition);
-    ASSERT_EQ(sets.size(), 2U);
-    EXPECT_EQ(sets.back()->key(), identificationKey);
-    EXPECT_EQ(partition->darkCount(), 2U) << "a nested container is read as a dark set";
-}
-
-TEST(XML2Partition, FloatingContainerNeedsThePrefixGroups) {
-    auto partition = VellumTest::emptyPartition();
-    const auto sets = importBody(R"(<g:FloatingDarkMetadata xmlns:g="urn:SMPTE:Groups:MXF">)" +
-                                     darkSet() + "</g:FloatingDarkMetadata>",
-                                 *partition);
-    EXPECT_TRUE(sets.empty());
-    EXPECT_EQ(partition->darkCount(), 0U);
+// What the root's children give: sets known by local name (unknown elements skipped with
+// what they hold), and dark sets from a floating container only when it has the prefix groups.
+TEST(XML2Partition, TopLevelElementsGiveTheSetsAndDarkSetsTheyHold) {
+    const struct {
+        std::string body;
+        std::vector<KLV::Key> keys; // of the sets returned, which are all the partition's
+        std::size_t dark;
+    } cases[] = {
+        {"text only<!-- and a comment -->", {}, 0},
+        {R"(<s377m:Preface/><x:Unheard xmlns:x="urn:x"><s377m:Identification/></x:Unheard>)"
+         R"(<x:Identification xmlns:x="urn:elsewhere"/><Identification/>)",
+         {prefaceKey, identificationKey, identificationKey},
+         0},
+        // A nested container is read as a dark set.
+        {"<s377m:Preface/><groups:FloatingDarkMetadata>" + darkSet() + "<s377m:Identification/>" +
+             darkSet("groups:FloatingDarkMetadata") + "</groups:FloatingDarkMetadata>",
+         {prefaceKey, identificationKey},
+         2},
+        {R"(<g:FloatingDarkMetadata xmlns:g="urn:SMPTE:Groups:MXF">)" + darkSet() +
+             "</g:FloatingDarkMetadata>",
+         {},
+         0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.body);
+        auto partition = VellumTest::emptyPartition();
+        std::vector<KLV::Key> keys;
+        for (const auto* set : importBody(c.body, *partition)) {
+            keys.push_back(set->key());
+        }
+        EXPECT_EQ(keys, c.keys);
+        EXPECT_EQ(partition->sets().size(), c.keys.size());
+        EXPECT_EQ(partition->darkCount(), c.dark);
+    }
 }
 
 TEST(XML2Partition, SetsMadeBeforeAFailureStayInThePartition) {
-    auto partition = probePartition();
+    auto partition = VellumTest::probePartition();
     EXPECT_THROW_MSG(importBody("<s377m:Preface/><s377m:Identification/><probe:ImportProbe>"
                                 "<probe:Blobs><probe:Element>ABC</probe:Element></probe:Blobs>"
                                 "</probe:ImportProbe><s377m:Identification/>",
@@ -148,34 +141,13 @@ const std::string withoutTypes =
     R"(</s377m:MetadataSets>)";
 
 const FailureCase failureCases[] = {
-    {"Malformed", "<s377m:MetadataSets", "ParseError",
-     "XML buffer, line 1, column 1: unclosed token"},
     {"UnboundValuePrefix", withoutTypes, "ParseError",
      "DOMException:: attempt is made to create or change an object in a way which is incorrect "
      "with respect to "
      "namespaces(14): the prefix 'types' is not bound at s377m:ModificationDate, line 1, column "
      "73"},
-    {"BadHexValue",
-     VellumTest::document("<probe:ImportProbe><probe:Blobs><probe:Element>0G</probe:Element>"
-                          "</probe:Blobs></probe:ImportProbe>"),
-     "InvalidFormat", "Value contains non Hexadecimal characters"},
-    {"DifferingItemSizes",
-     VellumTest::document("<probe:ImportProbe><probe:Names><probe:Element>abc</probe:Element>"
-                          "<probe:Element>abcd</probe:Element></probe:Names></probe:ImportProbe>"),
-     "InvalidLength", "elements with different sizes."},
-    {"HundredThousandLevels", VellumTest::document(nested(100000)), "ParseError",
-     "column 160265: elements nest more than 10000 levels deep"},
     {"InlineSetsTooDeep", VellumTest::document(nested(2 * 1002 - 1)), "ParseError",
      "sets written inline nest more than 1000 levels deep at probe:ImportProbe"},
-    {"BillionLaughs",
-     R"(<?xml version="1.0"?><!DOCTYPE r [<!ENTITY a "aaaaaaaaaa"><!ENTITY b "&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;">)"
-     R"(<!ENTITY c "&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;"><!ENTITY d "&c;&c;&c;&c;&c;&c;&c;&c;&c;&c;">]><r>&d;</r>)",
-     "ParseError",
-     "XML buffer, line 1, column 46: the DOCTYPE declares entities, which are refused"},
-    {"ExternalEntity",
-     R"(<?xml version="1.0"?><!DOCTYPE r [<!ENTITY x SYSTEM "file:///etc/passwd">]><r>&x;</r>)",
-     "ParseError",
-     "XML buffer, line 1, column 73: the DOCTYPE declares entities, which are refused"},
     {"UnidentifiedExtensionElement",
      VellumTest::document(
          "<s377m:Preface><groups:ExtensionElements><groups:DarkElement>00</groups:DarkElement>"
@@ -200,7 +172,7 @@ class ImportFailures : public ::testing::TestWithParam<FailureCase> {};
 
 TEST_P(ImportFailures, ReachTheCallerAsToolkitExceptions) {
     const FailureCase& c = GetParam();
-    auto partition = probePartition();
+    auto partition = VellumTest::probePartition();
     EXPECT_TRUE(VellumTest::throwsNamed(
         [&] {
             XML2Partition::getPartitionMetadataFromBuffer(
@@ -214,7 +186,7 @@ INSTANTIATE_TEST_SUITE_P(Cases, ImportFailures, ::testing::ValuesIn(failureCases
                          [](const auto& p) { return std::string(p.param.name); });
 
 TEST(XML2Partition, InlineSetsMayNestAThousandLevels) {
-    auto partition = probePartition();
+    auto partition = VellumTest::probePartition();
     const auto sets = importBody(nested(2 * 1001 - 1), *partition);
     EXPECT_EQ(sets.size(), 1U);
     EXPECT_EQ(partition->sets().size(), 1001U);
@@ -254,7 +226,7 @@ const InlineCase inlineCases[] = {
 class InlineSets : public ::testing::TestWithParam<InlineCase> {};
 
 TEST_P(InlineSets, AreMadeWhereTheHoldersReadingReadsThem) {
-    auto partition = probePartition();
+    auto partition = VellumTest::probePartition();
     EXPECT_EQ(importBody(GetParam().body, *partition).size(), 1U);
     EXPECT_EQ(partition->sets().size(), GetParam().sets);
 }
@@ -300,7 +272,7 @@ TEST_P(StringEntry, ReadsTheTextAsTheUTF16ItIs) {
 INSTANTIATE_TEST_SUITE_P(Cases, StringEntry, ::testing::ValuesIn(textCases),
                          [](const auto& p) { return std::string(p.param.name); });
 
-TEST(XML2Partition, FileEntryReadsTheFileAndReportsAMissingOne) {
+TEST(XML2Partition, FileEntryReadsTheFile) {
     const VellumTest::TempDir directory;
     const std::string xml =
         VellumTest::document("<s377m:Identification><s377m:CompanyName>Vellum</s377m:CompanyName>"
@@ -312,9 +284,6 @@ TEST(XML2Partition, FileEntryReadsTheFileAndReportsAMissingOne) {
         Utils::stringToWstring(path.c_str()).c_str(), partition.get());
     ASSERT_EQ(sets.size(), 1U);
     EXPECT_EQ(companyNameOf(*sets.front()), u"Vellum");
-    const WString missing = Utils::stringToWstring(directory.file("missing.xml").c_str());
-    EXPECT_THROW(XML2Partition::getPartitionMetadataFromFile(missing.c_str(), partition.get()),
-                 Exceptions::ParseError);
 }
 
 } // namespace

@@ -60,13 +60,6 @@ TEST(UnicodeString, NullPointersGiveEmptyText) {
     EXPECT_EQ(UnicodeString().wchar()[0], L'\0');
 }
 
-TEST(UnicodeString, NonBmpCharacterIsOneWideCharacter) {
-    const UnicodeString text("\xF0\x9F\x8E\xAC");
-    EXPECT_EQ(text.utf16Size(), 2U);
-    ASSERT_EQ(std::wstring(text.wchar()).size(), 1U);
-    EXPECT_EQ(static_cast<char32_t>(text.wchar()[0]), U'\U0001F3AC');
-}
-
 TEST(UnicodeString, LoneSurrogatesBecomeReplacementCharacters) {
     const WString units = {u'x', static_cast<char16_t>(0xD800), u'y',
                            static_cast<char16_t>(0xDC00)};

@@ -118,15 +118,6 @@ INSTANTIATE_TEST_SUITE_P(
                    [] { return WString(u"Unknown error in Xerces or XQilla"); }, false}),
     [](const auto& p) { return p.param.name; });
 
-TEST_F(TranslationLadder, MessageBuildersGiveTheDocumentedLayout) {
-    const xercesc::DOMException dom(xercesc::DOMException::NOT_FOUND_ERR);
-    EXPECT_EQ(domExceptionMessage(dom), u"DOMException:: " + domText() + u"(8)");
-    const xercesc::DOMXPathException xpath(xercesc::DOMXPathException::INVALID_EXPRESSION_ERR);
-    EXPECT_EQ(domXPathExceptionMessage(xpath),
-              u"DOMXPathException:: " + messageOf(xpath) + u"(51)");
-    EXPECT_FALSE(domText().empty());
-}
-
 TEST_F(TranslationLadder, ToolkitExceptionsPassUnchanged) {
     EXPECT_TRUE(VellumTest::whenThrown<Vellum::Exceptions::InvalidFormat>(
         [] {
@@ -149,18 +140,6 @@ TEST_F(TranslationLadder, CalledWithoutAnExceptionStillThrows) {
             EXPECT_NE(e.utf8Message().find("no exception"), std::string::npos);
             EXPECT_EQ(e.sourceName(), "entry.cpp");
         }));
-}
-
-TEST_F(TranslationLadder, MalformedBufferNamesTheXercesClass) {
-    const Vellum::Exceptions::ParseError error =
-        translatedError([] { VellumTest::parseXml("<root><open></root>"); });
-    EXPECT_EQ(utf8(error.message()).rfind("xercesc_3_2::SAXException: ", 0), 0U)
-        << utf8(error.message());
-}
-
-TEST(DemangledTypeName, NamesXercesClassesWithTheirVersionedNamespace) {
-    EXPECT_EQ(demangledTypeName(typeid(xercesc::SAXException)), u"xercesc_3_2::SAXException");
-    EXPECT_EQ(demangledTypeName(typeid(xercesc::XMLException)), u"xercesc_3_2::XMLException");
 }
 
 } // namespace
