@@ -35,7 +35,7 @@ struct XMLName {
 /// An attribute of an element that is not a namespace declaration. The value is stored with
 /// the element's node.
 struct XMLAttribute {
-    const XMLName* name;
+    const XMLName* name = nullptr;
     std::u16string_view value;
 };
 
