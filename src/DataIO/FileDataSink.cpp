@@ -1,5 +1,7 @@
 #include "Vellum/DataIO/File/FileDataSink.h"
 
+#include "DataIO/ReplacedFile.h"
+
 #include "Vellum/Exceptions/IOError.h"
 #include "Vellum/Exceptions/Throw.h"
 
@@ -14,18 +16,31 @@ void FileDataSink::Closer::operator()(std::FILE* file) const noexcept {
 }
 
 FileDataSink::FileDataSink(std::string path)
-    : m_path(std::move(path))
-    , m_temporaryPath(m_path + ".vellum-tmp") {
+    : m_path(std::move(path)) {
+    const detail::ReplacedFile replaced(m_path);
+    if (replaced.isSpecial()) {
+        // A device or pipe (/dev/null, a named pipe) cannot be replaced, only written.
+        m_file.reset(std::fopen(replaced.path().c_str(), "wb"));
+        if (!m_file) {
+            VELLUM_THROW(IOError, "cannot open '" + m_path + "': " + std::strerror(errno));
+        }
+        return;
+    }
+    m_targetPath = replaced.path();
+    m_temporaryPath = m_targetPath + ".vellum-tmp";
     m_file.reset(std::fopen(m_temporaryPath.c_str(), "wb"));
     if (!m_file) {
         VELLUM_THROW(IOError, "cannot create '" + m_temporaryPath + "': " + std::strerror(errno));
     }
+    replaced.lendPermissionsTo(m_temporaryPath);
 }
 
 FileDataSink::~FileDataSink() {
     if (m_file) {
         m_file.reset();
-        std::remove(m_temporaryPath.c_str());
+        if (!m_temporaryPath.empty()) {
+            std::remove(m_temporaryPath.c_str());
+        }
     }
 }
 
@@ -34,7 +49,8 @@ void FileDataSink::write(const std::uint8_t* bytes, std::uint64_t count) {
         VELLUM_THROW(IOError, "write to '" + m_path + "' after it was committed");
     }
     if (count != 0 && std::fwrite(bytes, 1, count, m_file.get()) != count) {
-        VELLUM_THROW(IOError, "cannot write '" + m_temporaryPath + "': " + std::strerror(errno));
+        const std::string& written = m_temporaryPath.empty() ? m_path : m_temporaryPath;
+        VELLUM_THROW(IOError, "cannot write '" + written + "': " + std::strerror(errno));
     }
     m_written += count;
 }
@@ -46,9 +62,13 @@ void FileDataSink::commit() {
     const bool flushed = std::fflush(m_file.get()) == 0;
     std::FILE* file = m_file.release();
     const bool closed = std::fclose(file) == 0;
-    if (!flushed || !closed || std::rename(m_temporaryPath.c_str(), m_path.c_str()) != 0) {
+    const bool direct = m_temporaryPath.empty();
+    if (!flushed || !closed ||
+        (!direct && std::rename(m_temporaryPath.c_str(), m_targetPath.c_str()) != 0)) {
         const std::string reason = std::strerror(errno);
-        std::remove(m_temporaryPath.c_str());
+        if (!direct) {
+            std::remove(m_temporaryPath.c_str());
+        }
         VELLUM_THROW(IOError, "cannot write '" + m_path + "': " + reason);
     }
 }

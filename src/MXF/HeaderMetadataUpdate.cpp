@@ -1,5 +1,7 @@
 #include "Vellum/MXF/HeaderMetadataUpdate.h"
 
+#include "DataIO/ReplacedFile.h"
+
 #include "Vellum/DataIO/BigEndian.h"
 #include "Vellum/DataIO/File/FileDataSink.h"
 #include "Vellum/DataIO/File/FileDataSource.h"
@@ -446,6 +448,11 @@ void HeaderMetadataUpdate::updateInPlace(const std::string& path,
 
 void HeaderMetadataUpdate::rewrite(const std::string& inPath, const std::string& outPath,
                                    const Replacements& replacements, std::uint64_t reserve) {
+    // The copy replaces `outPath` by renaming, which a device or pipe cannot take.
+    const DataIO::File::detail::ReplacedFile replaced(outPath);
+    if (replaced.isSpecial()) {
+        VELLUM_THROW(IOError, "cannot write '" + outPath + "': not a regular file");
+    }
     const Layout layout(inPath);
     const MXFFile& file = layout.file;
 
@@ -488,8 +495,8 @@ void HeaderMetadataUpdate::rewrite(const std::string& inPath, const std::string&
               [](const Edit& a, const Edit& b) { return a.offset < b.offset; });
 
     // Written under a staging name, checked, then renamed: `outPath` is replaced only by a
-    // complete, verified file.
-    const std::string staging = outPath + ".vellum-apply";
+    // complete, verified file. A symbolic link keeps pointing at the new file.
+    const std::string staging = replaced.path() + ".vellum-apply";
     RemoveOnExit removeStaging(staging);
     {
         DataIO::File::FileDataSink sink(staging);
@@ -505,7 +512,8 @@ void HeaderMetadataUpdate::rewrite(const std::string& inPath, const std::string&
     }
     PosixFile(staging, O_RDONLY, "to sync it").sync();
     compareOutsideRegions(inPath, staging);
-    if (std::rename(staging.c_str(), outPath.c_str()) != 0) {
+    replaced.lendPermissionsTo(staging);
+    if (std::rename(staging.c_str(), replaced.path().c_str()) != 0) {
         VELLUM_THROW(IOError,
                      "cannot move '" + staging + "' to '" + outPath + "': " + std::strerror(errno));
     }

@@ -62,9 +62,10 @@ public:
     /// unreplaced header metadata and all other bytes are copied unchanged, in chunks.
     ///
     /// The copy is written beside `outPath`, synced, checked with `compareOutsideRegions` and
-    /// only then renamed to `outPath`; any failure leaves `outPath` as it was. `outPath` may be
-    /// `inPath`. Throws as `updateInPlace` does (except for size) and InvalidFormat when the
-    /// check fails.
+    /// only then renamed to `outPath` (to the file it links to, for a symbolic link), with the
+    /// permissions of the file it replaces; any failure leaves `outPath` as it was. `outPath`
+    /// may be `inPath`, but not a device or pipe (IOError). Throws as `updateInPlace` does
+    /// (except for size) and InvalidFormat when the check fails.
     static void rewrite(const std::string& inPath, const std::string& outPath,
                         const Replacements& replacements, std::uint64_t reserve = 0);
 

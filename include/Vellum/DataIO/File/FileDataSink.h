@@ -11,7 +11,9 @@ namespace Vellum::DataIO::File {
 
 /// Writes a file safely: bytes go to a temporary file beside the target, which replaces the
 /// target only on `commit()`. A sink destroyed without commit removes its temporary file, so
-/// a failed write never destroys an existing file.
+/// a failed write never destroys an existing file. The replacement keeps the permissions of
+/// the file it replaces; a symbolic link stays a link to the replaced file. A device or pipe
+/// (such as /dev/null) is written in place, since it cannot be replaced.
 class VELLUM_CORE_EXPORT FileDataSink : public DataSink {
 public:
     /// Creates the temporary file for `path` (UTF-8); throws IOError if it cannot.
@@ -30,7 +32,8 @@ private:
     };
 
     std::string m_path;
-    std::string m_temporaryPath;
+    std::string m_targetPath;    // the file replaced (m_path or where its links lead)
+    std::string m_temporaryPath; // empty when writing a device or pipe in place
     std::unique_ptr<std::FILE, Closer> m_file;
     std::uint64_t m_written = 0;
 };
