@@ -932,6 +932,14 @@ def render_tables(groups, notice, identifiers):
             ]) + "},")
     label_rows = [f"    {{{byte_list(label)}, {by_label[label][1]}}},"
                   for label in sorted(by_label)]
+    # Indexes of the sets by key (byte 8 cleared) and by name, so that a set is found without
+    # making the others.
+    by_key = {dotted(base_label(parse_dotted(groups[name]["key"]))): index_of[name]
+              for name in names if groups[name]["key"]}
+    if len(by_key) != sum(1 for name in names if groups[name]["key"]):
+        raise Fault("two sets have the same key")
+    set_key_rows = [f"    {{{byte_list(key)}, {by_key[key]}}}," for key in sorted(by_key)]
+    set_name_rows = [f"    {index_of[name]}," for name in sorted(names)]
     tag_rows = [f"    {{0x{tag}, {by_tag[tag][1]}}}," for tag in sorted(by_tag)]
     strings = [f"    u\"{text}\"sv," for text in pool.strings]
     for text in pool.strings:
@@ -980,13 +988,22 @@ def render_tables(groups, notice, identifiers):
     ] + tag_rows + [
         "};",
         "",
+        "constexpr SetKeyRow setKeyTable[] = {",
+    ] + set_key_rows + [
+        "};",
+        "",
+        "constexpr std::uint16_t setNameTable[] = {",
+    ] + set_name_rows + [
+        "};",
+        "",
         "} // namespace",
         "",
         "const Tables& tables() noexcept {",
         "    static constexpr Tables all{stringTable, std::size(stringTable), setTable,",
         "                                std::size(setTable), elementTable, std::size(elementTable),",
         "                                labelTable, std::size(labelTable), tagTable,",
-        "                                std::size(tagTable)};",
+        "                                std::size(tagTable), setKeyTable, std::size(setKeyTable),",
+        "                                setNameTable, std::size(setNameTable)};",
         "    return all;",
         "}",
         "",

@@ -77,6 +77,12 @@ struct TagRow {
     std::uint16_t element;
 };
 
+/// A set or pack by its key with byte 8 cleared; sorted by that key. Keyless sets are absent.
+struct SetKeyRow {
+    KLV::Key::Bytes baseKey;
+    std::uint16_t set;
+};
+
 /// All tables. Every string is printable ASCII.
 struct Tables {
     const std::u16string_view* strings;
@@ -89,6 +95,11 @@ struct Tables {
     std::size_t labelCount;
     const TagRow* tags;
     std::size_t tagCount;
+    const SetKeyRow* setKeys;
+    std::size_t setKeyCount;
+    /// Every set index once, sorted by the set's name.
+    const std::uint16_t* setNames;
+    std::size_t setNameCount;
 };
 
 /// The compiled-in tables (src/MetaMetadata/BuiltInDictionaryTables.cpp).

@@ -60,22 +60,72 @@ void Dictionary::loadText(std::string_view text, const std::string& sourceName) 
     DictionaryBuilder(*this, parser).build();
 }
 
-const MetaMetadataSet* Dictionary::findSet(const KLV::Key& key) const noexcept {
-    const auto found = m_setsByBaseKey.find(key.withoutVersion());
-    return found != m_setsByBaseKey.end() &&
-                   found->second->kind() == MetaMetadataSet::Kind::LocalSet
-               ? found->second
-               : nullptr;
+bool Dictionary::setsFromTables() const noexcept {
+    return m_builtIn != nullptr && !m_builtIn->allSetsMade();
 }
 
-const MetaMetadataSet* Dictionary::findPack(const KLV::Key& key) const noexcept {
-    const auto found = m_setsByBaseKey.find(key.withoutVersion());
-    return found != m_setsByBaseKey.end() && found->second->kind() == MetaMetadataSet::Kind::Pack
-               ? found->second
-               : nullptr;
+void Dictionary::makeAllSets() const {
+    if (m_builtIn != nullptr) {
+        m_builtIn->makeAllSets();
+    }
 }
 
-const MetaMetadataSet* Dictionary::findSetByName(const WString& name) const noexcept {
+Dictionary::SetMap::const_iterator Dictionary::metaMetadataSetBegin() const {
+    makeAllSets();
+    return m_sets.begin();
+}
+
+Dictionary::SetMap::const_iterator Dictionary::metaMetadataSetEnd() const {
+    makeAllSets();
+    return m_sets.end();
+}
+
+std::size_t Dictionary::metaMetadataSetCount() const {
+    makeAllSets();
+    return m_sets.size();
+}
+
+Dictionary::SetMap::const_iterator Dictionary::packBegin() const {
+    makeAllSets();
+    return m_packs.begin();
+}
+
+Dictionary::SetMap::const_iterator Dictionary::packEnd() const {
+    makeAllSets();
+    return m_packs.end();
+}
+
+std::size_t Dictionary::packCount() const {
+    makeAllSets();
+    return m_packs.size();
+}
+
+std::size_t Dictionary::setDefinitionCount() const noexcept {
+    return setsFromTables() ? m_builtIn->setCount() : m_setsByName.size();
+}
+
+const MetaMetadataSet* Dictionary::findByKey(const KLV::Key& key) const {
+    if (setsFromTables()) {
+        return m_builtIn->findSet(key);
+    }
+    const auto found = m_setsByBaseKey.find(key.withoutVersion());
+    return found == m_setsByBaseKey.end() ? nullptr : found->second;
+}
+
+const MetaMetadataSet* Dictionary::findSet(const KLV::Key& key) const {
+    const MetaMetadataSet* found = findByKey(key);
+    return found != nullptr && found->kind() == MetaMetadataSet::Kind::LocalSet ? found : nullptr;
+}
+
+const MetaMetadataSet* Dictionary::findPack(const KLV::Key& key) const {
+    const MetaMetadataSet* found = findByKey(key);
+    return found != nullptr && found->kind() == MetaMetadataSet::Kind::Pack ? found : nullptr;
+}
+
+const MetaMetadataSet* Dictionary::findSetByName(const WString& name) const {
+    if (setsFromTables()) {
+        return m_builtIn->findSetByName(name);
+    }
     const auto found = m_setsByName.find(name);
     return found == m_setsByName.end() ? nullptr : found->second;
 }

@@ -31,43 +31,116 @@ DictionaryTableLoader::DictionaryTableLoader(Dictionary& dictionary,
 
 DictionaryTableLoader::~DictionaryTableLoader() = default;
 
-WString DictionaryTableLoader::string(std::uint16_t index) const {
+std::u16string_view DictionaryTableLoader::stringView(std::uint16_t index) const {
     if (index >= m_tables.stringCount) {
         fault("string index " + std::to_string(index) + " is out of range");
     }
-    return WString(m_tables.strings[index]);
+    return m_tables.strings[index];
 }
 
-MetaMetadataSet& DictionaryTableLoader::set(std::uint16_t index) const {
-    if (index >= m_sets.size()) {
-        fault("set index " + std::to_string(index) + " is out of range");
-    }
-    return *m_sets[index];
+WString DictionaryTableLoader::string(std::uint16_t index) const {
+    return WString(stringView(index));
 }
 
 void DictionaryTableLoader::load() {
-    if (m_dictionary.setDefinitionCount() != 0) {
+    if (!m_dictionary.m_setsByName.empty()) {
         fault("the dictionary to fill is not empty");
     }
-    m_sets.reserve(m_tables.setCount);
+    std::size_t keyed = 0;
     for (std::size_t i = 0; i < m_tables.setCount; ++i) {
-        makeSet(i);
+        const BuiltInTables::SetRow& row = m_tables.sets[i];
+        if (row.parent != BuiltInTables::noSet && row.parent >= i) {
+            fault("set " + std::to_string(i) + " comes before its parent");
+        }
+        if (std::size_t{row.firstElement} + row.elementCount > m_tables.elementCount) {
+            fault("the elements of set " + std::to_string(i) + " are out of range");
+        }
+        keyed += hasFlag(row, BuiltInTables::keyFlag) ? 1 : 0;
     }
+    // The two set indexes: each set once, strictly sorted (so no key or name twice).
+    if (m_tables.setKeyCount != keyed || m_tables.setNameCount != m_tables.setCount) {
+        fault("the set indexes do not list every set once");
+    }
+    for (std::size_t i = 0; i < m_tables.setKeyCount; ++i) {
+        const BuiltInTables::SetKeyRow& row = m_tables.setKeys[i];
+        if (row.set >= m_tables.setCount ||
+            !hasFlag(m_tables.sets[row.set], BuiltInTables::keyFlag) ||
+            KLV::Key(m_tables.sets[row.set].key).withoutVersion() != KLV::Key(row.baseKey) ||
+            (i != 0 && !(m_tables.setKeys[i - 1].baseKey < row.baseKey))) {
+            fault("the key index is wrong at row " + std::to_string(i));
+        }
+    }
+    for (std::size_t i = 0; i < m_tables.setNameCount; ++i) {
+        const std::uint16_t set = m_tables.setNames[i];
+        if (set >= m_tables.setCount ||
+            (i != 0 && !(stringView(m_tables.sets[m_tables.setNames[i - 1]].name) <
+                         stringView(m_tables.sets[set].name)))) {
+            fault("the name index is wrong at row " + std::to_string(i));
+        }
+    }
+    m_made = std::vector<std::atomic<MetaMetadataSet*>>(m_tables.setCount);
     m_dictionary.m_elementDefinitionCount = m_tables.elementCount;
+}
+
+const MetaMetadataSet* DictionaryTableLoader::findSet(const KLV::Key& key) {
+    const KLV::Key::Bytes base = key.withoutVersion().bytes();
+    const BuiltInTables::SetKeyRow* end = m_tables.setKeys + m_tables.setKeyCount;
+    const BuiltInTables::SetKeyRow* found =
+        std::lower_bound(m_tables.setKeys, end, base,
+                         [](const BuiltInTables::SetKeyRow& row, const KLV::Key::Bytes& value) {
+                             return row.baseKey < value;
+                         });
+    return found != end && found->baseKey == base ? &madeSet(found->set) : nullptr;
+}
+
+const MetaMetadataSet* DictionaryTableLoader::findSetByName(const WString& name) {
+    const std::uint16_t* end = m_tables.setNames + m_tables.setNameCount;
+    const std::uint16_t* found =
+        std::lower_bound(m_tables.setNames, end, std::u16string_view(name),
+                         [this](std::uint16_t set, std::u16string_view value) {
+                             return stringView(m_tables.sets[set].name) < value;
+                         });
+    return found != end && stringView(m_tables.sets[*found].name) == name ? &madeSet(*found)
+                                                                          : nullptr;
+}
+
+void DictionaryTableLoader::makeAllSets() {
+    if (allSetsMade()) {
+        return;
+    }
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    for (std::size_t i = 0; i < m_tables.setCount; ++i) {
+        setLocked(i);
+    }
+    m_allSetsMade.store(true, std::memory_order_release);
+}
+
+const MetaMetadataSet& DictionaryTableLoader::madeSet(std::size_t index) {
+    if (index >= m_made.size()) {
+        fault("set index " + std::to_string(index) + " is out of range");
+    }
+    if (const MetaMetadataSet* made = m_made[index].load(std::memory_order_acquire)) {
+        return *made;
+    }
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return setLocked(index);
+}
+
+MetaMetadataSet& DictionaryTableLoader::setLocked(std::size_t index) {
+    if (index >= m_made.size()) {
+        fault("set index " + std::to_string(index) + " is out of range");
+    }
+    if (m_made[index].load(std::memory_order_relaxed) == nullptr) {
+        makeSet(index);
+    }
+    return *m_made[index].load(std::memory_order_relaxed);
 }
 
 void DictionaryTableLoader::makeSet(std::size_t index) {
     const BuiltInTables::SetRow& row = m_tables.sets[index];
-    const MetaMetadataSet* parent = nullptr;
-    if (row.parent != BuiltInTables::noSet) {
-        if (row.parent >= index) {
-            fault("set " + std::to_string(index) + " comes before its parent");
-        }
-        parent = m_sets[row.parent];
-    }
-    if (std::size_t{row.firstElement} + row.elementCount > m_tables.elementCount) {
-        fault("the elements of set " + std::to_string(index) + " are out of range");
-    }
+    // load() checked that every parent comes first, so this recursion ends.
+    const MetaMetadataSet* parent =
+        row.parent == BuiltInTables::noSet ? nullptr : &setLocked(row.parent);
     MetaMetadataSet::Definition definition;
     if (hasFlag(row, BuiltInTables::keyFlag)) {
         definition.key = KLV::Key(row.key);
@@ -91,22 +164,16 @@ void DictionaryTableLoader::makeSet(std::size_t index) {
         const KLV::Key key(row.key);
         Dictionary::SetMap& sets =
             hasFlag(row, BuiltInTables::packFlag) ? m_dictionary.m_packs : m_dictionary.m_sets;
-        const auto [entry, added] =
-            sets.emplace(std::piecewise_construct, std::forward_as_tuple(key),
-                         std::forward_as_tuple(std::move(definition), parent));
-        if (!added ||
-            !m_dictionary.m_setsByBaseKey.emplace(key.withoutVersion(), &entry->second).second) {
-            fault("the key of set " + std::to_string(index) + " is listed twice");
-        }
-        made = &entry->second;
+        made = &sets.emplace(std::piecewise_construct, std::forward_as_tuple(key),
+                             std::forward_as_tuple(std::move(definition), parent))
+                    .first->second;
+        m_dictionary.m_setsByBaseKey.emplace(key.withoutVersion(), made);
     }
-    if (!m_dictionary.m_setsByName.emplace(made->name(), made).second) {
-        fault("the name of set " + std::to_string(index) + " is listed twice");
-    }
+    m_dictionary.m_setsByName.emplace(made->name(), made);
     made->m_loader = this;
     made->m_tableIndex = static_cast<std::uint16_t>(index);
     made->m_materialized.store(false, std::memory_order_relaxed);
-    m_sets.push_back(made);
+    m_made[index].store(made, std::memory_order_release);
 }
 
 void DictionaryTableLoader::materialize(const MetaMetadataSet& wanted) {
@@ -115,7 +182,7 @@ void DictionaryTableLoader::materialize(const MetaMetadataSet& wanted) {
     // that each set inherits complete tables.
     std::vector<MetaMetadataSet*> chain;
     for (std::uint16_t index = wanted.m_tableIndex;;) {
-        MetaMetadataSet& current = set(index);
+        MetaMetadataSet& current = setLocked(index);
         if (current.m_materialized.load(std::memory_order_relaxed)) {
             break;
         }
@@ -136,9 +203,11 @@ void DictionaryTableLoader::materializeAll() {
     if (complete()) {
         return;
     }
-    for (MetaMetadataSet* made : m_sets) {
-        if (!made->m_materialized.load(std::memory_order_acquire)) {
-            materialize(*made);
+    makeAllSets();
+    for (const auto& made : m_made) {
+        const MetaMetadataSet& set = *made.load(std::memory_order_acquire);
+        if (!set.m_materialized.load(std::memory_order_acquire)) {
+            materialize(set);
         }
     }
     const std::lock_guard<std::mutex> lock(m_mutex);
@@ -146,8 +215,8 @@ void DictionaryTableLoader::materializeAll() {
         return;
     }
     // Table order is load order, so the indexes prefer the same definitions as a text load.
-    for (MetaMetadataSet* made : m_sets) {
-        for (const MetaElement* element : made->m_ownElements) {
+    for (const auto& made : m_made) {
+        for (const MetaElement* element : made.load(std::memory_order_relaxed)->m_ownElements) {
             DictionaryBuilder::indexElement(m_dictionary, *element);
         }
     }
@@ -170,7 +239,7 @@ void DictionaryTableLoader::makeElements(MetaMetadataSet& owner, const BuiltInTa
         definition.referenceKind = element.reference;
         const MetaMetadataSet* target = nullptr;
         if (element.target != BuiltInTables::noSet) {
-            target = &set(element.target);
+            target = &setLocked(element.target);
             definition.targetSetName = target->name();
         }
         definition.requiredStatus = element.required;
@@ -221,7 +290,7 @@ const MetaElement* DictionaryTableLoader::element(std::uint16_t row) {
         fault("element index " + std::to_string(row) + " is out of range");
     }
     const std::uint16_t setIndex = m_tables.elements[row].set;
-    MetaMetadataSet& owner = set(setIndex);
+    const MetaMetadataSet& owner = madeSet(setIndex);
     if (!owner.m_materialized.load(std::memory_order_acquire)) {
         materialize(owner);
     }

@@ -11,6 +11,7 @@
 #include <atomic>
 #include <cstdint>
 #include <mutex>
+#include <string_view>
 #include <vector>
 
 namespace Vellum::MetaMetadata {
@@ -18,13 +19,13 @@ namespace Vellum::MetaMetadata {
 /// Fills a dictionary from the compiled-in tables (BuiltInTables): the fast path of
 /// `Dictionary::builtIn()`.
 ///
-/// `load()` makes every set at once and nothing else. A set's elements, and its tables of
-/// inherited ones, are made the first time anything asks for them (`materialize`), so a
-/// program pays only for the sets it uses. Look-ups of elements by label or static tag go
-/// through the generated indexes until `materializeAll()` has made everything and filled the
-/// dictionary's own indexes (before a user text is loaded on top, or when all elements are
-/// listed). Safe for concurrent look-ups: making elements is serialised by one mutex and
-/// published through each set's flag.
+/// `load()` only checks the tables. A set is made the first time it is looked up (with its
+/// ancestors), and its elements and tables of inherited ones the first time anything asks
+/// for them (`materialize`), so a program pays only for the sets it uses. Until
+/// `makeAllSets()` has run, look-ups of sets go through the generated key and name indexes
+/// instead of the dictionary's maps; until `materializeAll()` has run, look-ups of elements
+/// go through the generated label and tag indexes. Safe for concurrent look-ups: making sets
+/// and elements is serialised by one mutex and published through atomic pointers and flags.
 ///
 /// The tables come from the same generator run as the dictionary text and were checked
 /// there, so nothing is parsed or resolved by name: sets and targets are table indexes, and
@@ -37,9 +38,22 @@ public:
     DictionaryTableLoader& operator=(const DictionaryTableLoader&) = delete;
     ~DictionaryTableLoader();
 
-    /// Makes every set; throws InvalidFormat for tables that break their own rules (an index
-    /// out of range, a parent after its child, a key or name listed twice).
+    /// Checks the tables; throws InvalidFormat for tables that break their own rules (an
+    /// index out of range, a parent after its child, an index that is not sorted or lists a
+    /// key or name twice). Makes nothing.
     void load();
+
+    /// `Dictionary::findSet` and `findPack` before `makeAllSets()`: the set or pack with this
+    /// key (byte 8 ignored), made if needed, or nullptr.
+    const MetaMetadataSet* findSet(const KLV::Key& key);
+    /// `Dictionary::findSetByName` before `makeAllSets()`.
+    const MetaMetadataSet* findSetByName(const WString& name);
+    /// Makes every set that is not made yet and puts all of them in the dictionary's maps.
+    void makeAllSets();
+    /// Whether `makeAllSets()` has run.
+    bool allSetsMade() const noexcept { return m_allSetsMade.load(std::memory_order_acquire); }
+    /// How many sets and packs the tables define.
+    std::size_t setCount() const noexcept { return m_tables.setCount; }
 
     /// Makes the elements and element tables of `set` (a set this loader made) and of its
     /// ancestors, if not done yet.
@@ -56,7 +70,11 @@ public:
 
 private:
     WString string(std::uint16_t index) const;
-    MetaMetadataSet& set(std::uint16_t index) const;
+    std::u16string_view stringView(std::uint16_t index) const;
+    /// The set of table row `index`, made (with its ancestors) if needed.
+    const MetaMetadataSet& madeSet(std::size_t index);
+    /// As `madeSet`, for a caller that holds `m_mutex`.
+    MetaMetadataSet& setLocked(std::size_t index);
     void makeSet(std::size_t index);
     void makeElements(MetaMetadataSet& owner, const BuiltInTables::SetRow& row);
     static void inherit(MetaMetadataSet& set);
@@ -65,8 +83,10 @@ private:
 
     Dictionary& m_dictionary;
     const BuiltInTables::Tables& m_tables;
-    std::vector<MetaMetadataSet*> m_sets;
+    /// The made set of each table row, or nullptr; written under `m_mutex`.
+    std::vector<std::atomic<MetaMetadataSet*>> m_made;
     std::mutex m_mutex;
+    std::atomic<bool> m_allSetsMade{false};
     std::atomic<bool> m_complete{false};
 };
 

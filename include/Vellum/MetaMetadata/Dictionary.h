@@ -49,8 +49,9 @@ public:
 
     /// A new dictionary holding the compiled-in definitions. Each call builds a fresh one,
     /// owned by the caller, which may extend it. It is built from compiled-in tables, not by
-    /// parsing text: the sets at once, each set's elements when first used. Throws only if
-    /// the compiled-in tables were faulty (InvalidFormat) or memory runs out.
+    /// parsing text: each set when first looked up (or listed), each set's elements when first
+    /// used. Throws only if the compiled-in tables were faulty (InvalidFormat) or memory runs
+    /// out.
     static Templates::SharedPtr<Dictionary> builtIn();
     /// The compiled-in dictionary text (the data file the library was built with); loading
     /// it into an empty dictionary gives the same definitions as `builtIn()`.
@@ -67,16 +68,17 @@ public:
     /// content, a cycle of parents, and the like; the dictionary is then unchanged.
     void loadText(std::string_view text, const std::string& sourceName);
 
-    /// The local sets that have a key, in key order.
-    SetMap::const_iterator metaMetadataSetBegin() const noexcept { return m_sets.begin(); }
-    SetMap::const_iterator metaMetadataSetEnd() const noexcept { return m_sets.end(); }
-    std::size_t metaMetadataSetCount() const noexcept { return m_sets.size(); }
+    /// The local sets that have a key, in key order. The first call on the built-in
+    /// dictionary makes every set definition (as do the pack functions).
+    SetMap::const_iterator metaMetadataSetBegin() const;
+    SetMap::const_iterator metaMetadataSetEnd() const;
+    std::size_t metaMetadataSetCount() const;
     /// The packs (partition, primer, random index), in key order.
-    SetMap::const_iterator packBegin() const noexcept { return m_packs.begin(); }
-    SetMap::const_iterator packEnd() const noexcept { return m_packs.end(); }
-    std::size_t packCount() const noexcept { return m_packs.size(); }
+    SetMap::const_iterator packBegin() const;
+    SetMap::const_iterator packEnd() const;
+    std::size_t packCount() const;
     /// Every set and pack definition, keyless abstract sets included.
-    std::size_t setDefinitionCount() const noexcept { return m_setsByName.size(); }
+    std::size_t setDefinitionCount() const noexcept;
 
     /// One element definition per label, in label order (see `findElement` for which one).
     /// The first call on the built-in dictionary makes every element definition.
@@ -87,11 +89,11 @@ public:
     std::size_t elementDefinitionCount() const noexcept { return m_elementDefinitionCount; }
 
     /// The local set with this key (byte 8 ignored), or nullptr.
-    const MetaMetadataSet* findSet(const KLV::Key& key) const noexcept;
+    const MetaMetadataSet* findSet(const KLV::Key& key) const;
     /// The pack with this key (byte 8 ignored), or nullptr.
-    const MetaMetadataSet* findPack(const KLV::Key& key) const noexcept;
+    const MetaMetadataSet* findPack(const KLV::Key& key) const;
     /// The set or pack of this name, or nullptr.
-    const MetaMetadataSet* findSetByName(const WString& name) const noexcept;
+    const MetaMetadataSet* findSetByName(const WString& name) const;
     /// The definition of the element with this label (byte 8 ignored), or nullptr. Where
     /// several sets define the label, a local set is preferred to a pack, a definition with
     /// a static local tag to one without, and then the one loaded first.
@@ -104,6 +106,13 @@ private:
     friend class DictionaryBuilder;
     friend class DictionaryTableLoader;
 
+    /// Whether set look-ups still go through the built-in tables.
+    bool setsFromTables() const noexcept;
+    /// Makes every built-in set not made yet, so that the set maps are complete.
+    void makeAllSets() const;
+    /// The set or pack with this key (byte 8 ignored), or nullptr.
+    const MetaMetadataSet* findByKey(const KLV::Key& key) const;
+
     SetMap m_sets;
     SetMap m_packs;
     std::map<WString, MetaMetadataSet> m_keylessSets;
@@ -115,9 +124,10 @@ private:
     ElementMap m_elementsByBaseLabel;
     std::map<std::uint16_t, const MetaElement*> m_elementsByTag;
     std::size_t m_elementDefinitionCount = 0;
-    /// The built-in definitions whose elements are made on first use; nullptr for a
-    /// dictionary that did not start from them. Until it is complete, element look-ups go
-    /// through it instead of the three element maps above.
+    /// The built-in definitions, made on first use; nullptr for a dictionary that did not
+    /// start from them. Until it has made every set, set look-ups go through it instead of
+    /// the set maps above; until it is complete, element look-ups go through it instead of
+    /// the three element maps.
     std::unique_ptr<DictionaryTableLoader> m_builtIn;
 };
 
