@@ -4,8 +4,11 @@
 #include "Vellum/Utils/StringConversion.h"
 
 #include <string>
+#include <string_view>
 
 namespace Vellum::MetaMetadata {
+
+using namespace std::string_view_literals;
 
 MetaElement::MetaElement(Definition definition, const MetaMetadataSet& definingSet)
     : m_definition(std::move(definition))
@@ -28,16 +31,18 @@ bool MetaElement::isCollection() const noexcept {
 }
 
 const WString* MetaElement::property(const WString& propertyName) const noexcept {
-    if (propertyName == u"XMLTagName") {
+    // Views compare lengths first: the export asks for these names once per element.
+    const std::u16string_view name(propertyName);
+    if (name == u"XMLTagName"sv) {
         return &m_definition.xmlTagName;
     }
-    if (propertyName == u"XMLDefaultPrefix") {
+    if (name == u"XMLDefaultPrefix"sv) {
         return &m_definition.xmlPrefix;
     }
-    if (propertyName == u"XMLNamespaceURI") {
+    if (name == u"XMLNamespaceURI"sv) {
         return &m_definition.xmlNamespace;
     }
-    if (propertyName == u"SchemaIndex") {
+    if (name == u"SchemaIndex"sv) {
         return &m_schemaIndexText;
     }
     return nullptr;

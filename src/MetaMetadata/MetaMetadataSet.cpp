@@ -6,8 +6,11 @@
 #include "Vellum/MetaMetadata/MetaElement.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace Vellum::MetaMetadata {
+
+using namespace std::string_view_literals;
 namespace {
 
 bool equalIgnoringVersion(const Types::UniversalLabel& a, const Types::UniversalLabel& b) noexcept {
@@ -37,13 +40,15 @@ bool MetaMetadataSet::isKindOf(const MetaMetadataSet& other) const noexcept {
 }
 
 const WString* MetaMetadataSet::property(const WString& propertyName) const noexcept {
-    if (propertyName == u"XMLTagName") {
+    // Views compare lengths first: the export asks for these names once per element.
+    const std::u16string_view name(propertyName);
+    if (name == u"XMLTagName"sv) {
         return &m_definition.xmlTagName;
     }
-    if (propertyName == u"XMLDefaultPrefix") {
+    if (name == u"XMLDefaultPrefix"sv) {
         return &m_definition.xmlPrefix;
     }
-    if (propertyName == u"XMLNamespaceURI") {
+    if (name == u"XMLNamespaceURI"sv) {
         return &m_definition.xmlNamespace;
     }
     return nullptr;
