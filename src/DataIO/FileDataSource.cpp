@@ -28,6 +28,8 @@ FileDataSource::FileDataSource(const std::string& path, std::size_t bufferSize)
     if (!m_file) {
         VELLUM_THROW(IOError, "cannot open '" + path + "': " + systemError());
     }
+    // This class buffers; a second buffer inside the stream would only copy once more.
+    std::setvbuf(m_file.get(), nullptr, _IONBF, 0);
     if (std::fseek(m_file.get(), 0, SEEK_END) != 0) {
         VELLUM_THROW(IOError, "cannot seek in '" + path + "': " + systemError());
     }
@@ -60,21 +62,34 @@ void FileDataSource::fill() {
     m_bufferStart += m_bufferFill;
     m_bufferPos = 0;
     m_bufferFill = 0;
-    if (std::fseek(m_file.get(), static_cast<long>(m_bufferStart), SEEK_SET) != 0) {
-        VELLUM_THROW(IOError, "cannot seek in '" + m_path + "': " + systemError());
-    }
     const std::size_t want =
         static_cast<std::size_t>(std::min<std::uint64_t>(m_buffer.size(), m_size - m_bufferStart));
-    m_bufferFill = std::fread(m_buffer.data(), 1, want, m_file.get());
-    if (m_bufferFill != want) {
-        VELLUM_THROW(IOError, "cannot read '" + m_path + "' at offset " +
-                                  std::to_string(m_bufferStart) + ": file shrank or failed");
+    readAt(m_bufferStart, m_buffer.data(), want);
+    m_bufferFill = want;
+}
+
+void FileDataSource::readAt(std::uint64_t offset, std::uint8_t* out, std::size_t count) {
+    if (std::fseek(m_file.get(), static_cast<long>(offset), SEEK_SET) != 0) {
+        VELLUM_THROW(IOError, "cannot seek in '" + m_path + "': " + systemError());
+    }
+    if (std::fread(out, 1, count, m_file.get()) != count) {
+        VELLUM_THROW(IOError, "cannot read '" + m_path + "' at offset " + std::to_string(offset) +
+                                  ": file shrank or failed");
     }
 }
 
 void FileDataSource::readUnchecked(std::uint8_t* out, std::uint64_t count) {
     while (count > 0) {
         if (m_bufferPos == m_bufferFill) {
+            if (count >= m_buffer.size()) {
+                // A read as large as the buffer goes straight to its destination.
+                const std::uint64_t at = position();
+                readAt(at, out, static_cast<std::size_t>(count));
+                m_bufferStart = at + count;
+                m_bufferPos = 0;
+                m_bufferFill = 0;
+                return;
+            }
             fill();
         }
         const std::size_t n =

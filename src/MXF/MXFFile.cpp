@@ -45,6 +45,14 @@ void MXFFile::locateRunIn() {
         VELLUM_THROW(InvalidFormat, "not an MXF file: " + std::to_string(size) +
                                         " bytes are too few for a header partition pack");
     }
+    // Most files have no run-in: look at the first key before reading the whole run-in range.
+    std::uint8_t first[KLV::Key::byteCount];
+    m_source.read(first, sizeof first);
+    if (startsPartitionKey(first)) {
+        m_runIn = 0;
+        return;
+    }
+    m_source.seek(0);
     std::vector<std::uint8_t> head(static_cast<std::size_t>(std::min(size, maxRunIn + 16)));
     m_source.read(head.data(), head.size());
     for (std::size_t i = 0; i + 16 <= head.size(); ++i) {

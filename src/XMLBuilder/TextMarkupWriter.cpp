@@ -15,6 +15,7 @@ constexpr std::u16string_view xmlNamespace = u"http://www.w3.org/XML/1998/namesp
 
 /// Output goes to the destination in blocks of about this many bytes or code units.
 constexpr std::size_t blockSize = 1U << 16U;
+constexpr std::size_t firstBufferSize = 1U << 12U;
 
 /// The replacement of a character below 0x40 in text (index 0) and in attribute values
 /// (index 1), or nullptr when it is written as it is.
@@ -92,10 +93,12 @@ TextMarkupWriter::~TextMarkupWriter() = default;
 void TextMarkupWriter::beginDocument() {
     const bool utf8 = m_encoding == XMLUtils::EncodingType::UTF8;
     m_utf8Buffer = utf8 && m_units == nullptr;
+    // The buffer starts small and grows up to about two blocks: a small document never
+    // touches (and so never faults in) memory it does not fill.
     if (m_utf8Buffer) {
-        m_buffer8.resize(blockSize * 2);
+        m_buffer8.resize(firstBufferSize);
     } else {
-        m_buffer16.resize(blockSize * 2);
+        m_buffer16.resize(firstBufferSize);
     }
     if (!utf8 && m_units == nullptr) {
         put(u'\xFEFF'); // written little-endian: FF FE

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <vector>
 
 namespace {
@@ -36,6 +37,13 @@ TEST(FileDataSource, ReadsAcrossBufferBoundaries) {
     }
     EXPECT_EQ(got, data);
     EXPECT_EQ(source.remaining(), 0U);
+    // Reads of a buffer or more bypass it; the position stays right either way.
+    source.seek(300);
+    std::vector<std::uint8_t> part(100);
+    source.read(part.data(), part.size());
+    EXPECT_TRUE(std::equal(part.begin(), part.end(), data.begin() + 300));
+    EXPECT_EQ(source.readUInt8(), data[400]);
+    EXPECT_EQ(source.position(), 401U);
 }
 
 TEST(FileDataSource, SeeksBackwardsAndForwards) {

@@ -15,8 +15,9 @@ namespace Vellum::DataIO::File {
 class VELLUM_CORE_EXPORT FileDataSource : public DataSource {
 public:
     /// Opens `path` (UTF-8) for reading.
+    /// Reads of at least `bufferSize` bytes bypass the buffer.
     explicit FileDataSource(const std::string& path,
-                            std::size_t bufferSize = std::size_t{64} * 1024);
+                            std::size_t bufferSize = std::size_t{16} * 1024);
     ~FileDataSource() override;
 
     std::uint64_t remaining() const override { return m_size - position(); }
@@ -36,6 +37,7 @@ private:
     };
 
     void fill();
+    void readAt(std::uint64_t offset, std::uint8_t* out, std::size_t count);
 
     std::string m_path;
     std::unique_ptr<std::FILE, Closer> m_file;
