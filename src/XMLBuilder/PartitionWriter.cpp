@@ -9,11 +9,19 @@
 #include "XMLBuilder/XMLNames.h"
 
 #include "Vellum/Exceptions/Throw.h"
+#include "Vellum/KLV/KeyClassification.h"
+#include "Vellum/Metadata/MetadataSet.h"
 #include "Vellum/Metadata/PartitionMetadata.h"
+#include "Vellum/Metadata/ReferenceCollectionElement.h"
+#include "Vellum/Metadata/ReferenceElement.h"
 #include "Vellum/Metadata/Structural/StructuralMetadataKeys.h"
 
 #include <algorithm>
+#include <iterator>
+#include <limits>
 #include <mutex>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace Vellum::XMLBuilder {
@@ -22,6 +30,153 @@ namespace {
 std::mutex& exportLock() {
     static std::mutex lock;
     return lock;
+}
+
+using SetList = std::vector<const Metadata::MetadataSet*>;
+
+// Calls `follow` with each set a strong reference of `set` leads the writer to, as
+// ToXMLElementVisitor follows them: every set with the target's identifier in the flat layout,
+// the first one when the dictionary describes it with typed references; with
+// `structuralTargetsOnly`, only where that first one is a structural set.
+template <typename Follow>
+void forEachFollowedTarget(const Metadata::MetadataSet& set, const WriterContext& context,
+                           const Follow& follow) {
+    const auto add = [&](const Types::Reference& reference) {
+        if (reference.identifier() != Types::Identifiers::StrongReference) {
+            return;
+        }
+        const InstanceIndex::Sets targets = context.instances.find(reference.uuid());
+        if (targets.empty() || (context.structuralTargetsOnly &&
+                                !KLV::isStructuralMetadataSet(targets.front()->key()))) {
+            return;
+        }
+        if (!context.typedReferences) {
+            std::for_each(targets.begin(), targets.end(), follow);
+        } else if (targets.front()->definition() != nullptr) {
+            follow(targets.front());
+        }
+    };
+    for (const Metadata::Element* element : set.serializationOrder()) {
+        if (const auto* single = dynamic_cast<const Metadata::ReferenceElement*>(element)) {
+            if (single->value() != nullptr) {
+                add(*single->value());
+            }
+        } else if (const auto* collection =
+                       dynamic_cast<const Metadata::ReferenceCollectionElement*>(element)) {
+            for (std::uint32_t i = 0; i < collection->size(); ++i) {
+                add(collection->referenceAt(i));
+            }
+        }
+    }
+}
+
+// The components (sets that all reach one another) of the graph `edges` over sets 0..n-1, by
+// Tarjan's algorithm without recursion, so that hostile chains cannot exhaust the stack.
+std::vector<std::size_t> components(const std::vector<std::vector<std::size_t>>& edges) {
+    constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
+    const std::size_t count = edges.size();
+    std::vector<std::size_t> found(count, none);
+    std::vector<std::size_t> low(count);
+    std::vector<std::size_t> component(count, none);
+    std::vector<std::size_t> open;                          // sets without a component yet
+    std::vector<std::pair<std::size_t, std::size_t>> calls; // set, next edge
+    std::size_t next = 0;
+    std::size_t made = 0;
+    const auto enter = [&](std::size_t set) {
+        found[set] = low[set] = next++;
+        open.push_back(set);
+        calls.emplace_back(set, 0);
+    };
+    for (std::size_t first = 0; first < count; ++first) {
+        if (found[first] != none) {
+            continue;
+        }
+        enter(first);
+        while (!calls.empty()) {
+            const std::size_t set = calls.back().first;
+            const std::size_t edge = calls.back().second++;
+            if (edge < edges[set].size()) {
+                const std::size_t target = edges[set][edge];
+                if (found[target] == none) {
+                    enter(target);
+                } else if (component[target] == none) {
+                    low[set] = std::min(low[set], found[target]);
+                }
+                continue;
+            }
+            calls.pop_back();
+            if (!calls.empty()) {
+                low[calls.back().first] = std::min(low[calls.back().first], low[set]);
+            }
+            if (low[set] == found[set]) {
+                std::size_t member = none;
+                while (member != set) {
+                    member = open.back();
+                    open.pop_back();
+                    component[member] = made;
+                }
+                ++made;
+            }
+        }
+    }
+    return component;
+}
+
+// The sets the floating groups start from, in stored order: of the sets not reached from the
+// first Preface and not yet written, those no other one leads to, and of each cycle nothing
+// else leads to, the set with the smallest identifier. The flat layout writes the rest of a
+// group under the document element, where it may come ahead of the container and so be stored
+// ahead of the set that holds it after an import; starting from these sets rather than from
+// the first in stored order gives the same groups again.
+SetList floatingGroupStarts(const Metadata::PartitionMetadata& partition,
+                            const WriterContext& context) {
+    SetList order;
+    const unsigned floatingCount = partition.calculateSerializationOrder(order, true, false);
+    SetList sets;
+    std::unordered_map<const Metadata::MetadataSet*, std::size_t> positions;
+    for (auto it = order.end() - floatingCount; it != order.end(); ++it) {
+        if (!context.visited.contains(*it)) {
+            positions.emplace(*it, sets.size());
+            sets.push_back(*it);
+        }
+    }
+    std::vector<std::vector<std::size_t>> edges(sets.size());
+    for (std::size_t i = 0; i < sets.size(); ++i) {
+        forEachFollowedTarget(*sets[i], context, [&](const Metadata::MetadataSet* target) {
+            const auto found = positions.find(target);
+            if (found != positions.end()) {
+                edges[i].push_back(found->second);
+            }
+        });
+    }
+    const std::vector<std::size_t> component = components(edges);
+    std::vector<bool> entered(sets.size(), false);
+    for (std::size_t i = 0; i < sets.size(); ++i) {
+        for (const std::size_t target : edges[i]) {
+            if (component[target] != component[i]) {
+                entered[component[target]] = true;
+            }
+        }
+    }
+    // Only a set that is referred to, and so has an identifier, shares its component.
+    constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
+    std::vector<std::size_t> start(sets.size(), none);
+    for (std::size_t i = 0; i < sets.size(); ++i) {
+        std::size_t& first = start[component[i]];
+        if (!entered[component[i]] &&
+            (first == none || *sets[i]->instanceUID() < *sets[first]->instanceUID())) {
+            first = i;
+        }
+    }
+    std::vector<std::size_t> chosen;
+    std::copy_if(start.begin(), start.end(), std::back_inserter(chosen),
+                 [](std::size_t i) { return i != none; });
+    std::sort(chosen.begin(), chosen.end());
+    SetList out;
+    for (const std::size_t i : chosen) {
+        out.push_back(sets[i]);
+    }
+    return out;
 }
 
 } // namespace
@@ -101,12 +256,9 @@ NamespaceRecord PartitionWriter::pass(const Metadata::PartitionMetadata& partiti
                 set.accept(writer);
             }
         };
-        // Each set not reached from the first Preface and not yet written starts a group of
-        // its own, in stored order.
-        std::vector<const Metadata::MetadataSet*> order;
-        const unsigned floatingCount = partition.calculateSerializationOrder(order, true, false);
-        for (auto it = order.end() - floatingCount; it != order.end(); ++it) {
-            writeFloating(**it);
+        // The sets not reached from the first Preface and not yet written, group by group.
+        for (const Metadata::MetadataSet* set : floatingGroupStarts(partition, floating)) {
+            writeFloating(*set);
         }
         // Then every set no pass reached: behind a reference the options do not follow,
         // sharing an identifier with a set already written, or without an identifier.
