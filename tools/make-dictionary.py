@@ -941,7 +941,13 @@ def render_tables(groups, notice, identifiers):
     set_key_rows = [f"    {{{byte_list(key)}, {by_key[key]}}}," for key in sorted(by_key)]
     set_name_rows = [f"    {index_of[name]}," for name in sorted(names)]
     tag_rows = [f"    {{0x{tag}, {by_tag[tag][1]}}}," for tag in sorted(by_tag)]
-    strings = [f"    u\"{text}\"sv," for text in pool.strings]
+    # One array of all the texts and their start offsets: unlike a table of views it holds no
+    # pointers, so the program's loader has nothing to relocate in it.
+    strings = [f"    u\"{text}\"" for text in pool.strings]
+    starts = [0]
+    for text in pool.strings:
+        starts.append(starts[-1] + len(text))
+    start_rows = [f"    {', '.join(str(n) for n in starts[i:i + 12])}," for i in range(0, len(starts), 12)]
     for text in pool.strings:
         if not re.match(r"[ -~]*\Z", text) or '"' in text or "\\" in text:
             raise Fault(f"string '{text}' cannot be written as a plain literal")
@@ -962,14 +968,17 @@ def render_tables(groups, notice, identifiers):
         "namespace Vellum::MetaMetadata::BuiltInTables {",
         "namespace {",
         "",
-        "using namespace std::string_view_literals;",
         "using Id = Types::Identifiers::Identifier;",
         "using Ref = MetaElement::ReferenceKind;",
         "using Req = AttributeRequiredStatus::Status;",
         "using Col = Collection;",
         "",
-        "constexpr std::u16string_view stringTable[] = {",
+        "constexpr char16_t stringData[] =",
     ] + strings + [
+        "    ;",
+        "",
+        "constexpr std::uint32_t stringStarts[] = {",
+    ] + start_rows + [
         "};",
         "",
         "constexpr SetRow setTable[] = {",
@@ -999,8 +1008,10 @@ def render_tables(groups, notice, identifiers):
         "} // namespace",
         "",
         "const Tables& tables() noexcept {",
-        "    static constexpr Tables all{stringTable, std::size(stringTable), setTable,",
-        "                                std::size(setTable), elementTable, std::size(elementTable),",
+        "    static constexpr Tables all{stringData, std::size(stringData) - 1, stringStarts,",
+        "                                std::size(stringStarts) - 1,",
+        "                                setTable, std::size(setTable), elementTable,",
+        "                                std::size(elementTable),",
         "                                labelTable, std::size(labelTable), tagTable,",
         "                                std::size(tagTable), setKeyTable, std::size(setKeyTable),",
         "                                setNameTable, std::size(setNameTable)};",

@@ -29,7 +29,7 @@ enum SetFlag : std::uint8_t {
 /// Whether an element holds one value or a collection.
 enum class Collection : std::uint8_t { None, Batch, Array };
 
-/// One set or pack. Strings are indexes into `Tables::strings`; sets are indexes into
+/// One set or pack. Strings are indexes of texts in `Tables::stringData`; sets are indexes into
 /// `Tables::sets`, and every parent comes before its children.
 struct SetRow {
     KLV::Key::Bytes key;
@@ -85,7 +85,11 @@ struct SetKeyRow {
 
 /// All tables. Every string is printable ASCII.
 struct Tables {
-    const std::u16string_view* strings;
+    /// The texts end to end; text i is [stringStarts[i], stringStarts[i + 1]).
+    const char16_t* stringData;
+    std::size_t stringDataSize;
+    /// `stringCount + 1` offsets into `stringData`, ascending.
+    const std::uint32_t* stringStarts;
     std::size_t stringCount;
     const SetRow* sets;
     std::size_t setCount;

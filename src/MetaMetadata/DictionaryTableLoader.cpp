@@ -35,7 +35,9 @@ std::u16string_view DictionaryTableLoader::stringView(std::uint16_t index) const
     if (index >= m_tables.stringCount) {
         fault("string index " + std::to_string(index) + " is out of range");
     }
-    return m_tables.strings[index];
+    const std::uint32_t start = m_tables.stringStarts[index];
+    return std::u16string_view(m_tables.stringData + start,
+                               m_tables.stringStarts[index + 1] - start);
 }
 
 WString DictionaryTableLoader::string(std::uint16_t index) const {
@@ -45,6 +47,12 @@ WString DictionaryTableLoader::string(std::uint16_t index) const {
 void DictionaryTableLoader::load() {
     if (!m_dictionary.m_setsByName.empty()) {
         fault("the dictionary to fill is not empty");
+    }
+    for (std::size_t i = 0; i < m_tables.stringCount; ++i) {
+        if (m_tables.stringStarts[i] > m_tables.stringStarts[i + 1] ||
+            m_tables.stringStarts[i + 1] > m_tables.stringDataSize) {
+            fault("text " + std::to_string(i) + " lies outside the text data");
+        }
     }
     std::size_t keyed = 0;
     for (std::size_t i = 0; i < m_tables.setCount; ++i) {
