@@ -3,9 +3,9 @@
 #   asan  a Debug build of the libraries and their tests with AddressSanitizer and
 #         UndefinedBehaviorSanitizer (undefined behaviour fails the test) in ./build-asan, then
 #         those tests;
-#   tsan  a ThreadSanitizer build of the export and import tests in ./build-tsan, then the tests
-#         that export from several threads at once and those that read large documents (read on
-#         a second thread).
+#   tsan  a ThreadSanitizer build of the dictionary, export and import tests in ./build-tsan,
+#         then the tests that look up built-in definitions or export from several threads at
+#         once and those that read large documents (read on a second thread).
 #
 #   scripts/sanitize.sh [asan] [tsan]      (both when none is named)
 #
@@ -44,9 +44,9 @@ asan() {
     timed "asan tests" ctest --test-dir build-asan --output-on-failure -j"$jobs" -E '^Packaging\.'
 }
 
-# The tests that export from several threads at once, and those that read a document on a
-# second thread while the units read so far are used.
-tsanTests='Concurrent|XMLStreamReader\.(Large|Nested)|HandlerFailure|ALargeTyped'
+# The tests that make built-in definitions or export from several threads at once, and those
+# that read a document on a second thread while the units read so far are used.
+tsanTests='ThreadsRace|Concurrent|XMLStreamReader\.(Large|Nested)|HandlerFailure|ALargeTyped'
 
 tsan() {
     export TSAN_OPTIONS="${TSAN_OPTIONS:-halt_on_error=1:second_deadlock_stack=1}"
@@ -54,7 +54,8 @@ tsan() {
         -DCMAKE_CXX_FLAGS="-fsanitize=thread -fno-omit-frame-pointer" \
         -DCMAKE_EXE_LINKER_FLAGS=-fsanitize=thread -DCMAKE_SHARED_LINKER_FLAGS=-fsanitize=thread \
         -DVELLUM_BUILD_BENCHMARKS=OFF -DVELLUM_BUILD_APPS=OFF -DVELLUM_INSTALL=OFF >/dev/null
-    timed "tsan build" cmake --build build-tsan -j"$jobs" --target Vellum_XMLBuilder_Tests
+    timed "tsan build" cmake --build build-tsan -j"$jobs" --target Vellum_MetaMetadata_Tests \
+        Vellum_XMLBuilder_Tests
     timed "tsan tests" ctest --test-dir build-tsan --output-on-failure -R "$tsanTests" \
         --no-tests=error
 }

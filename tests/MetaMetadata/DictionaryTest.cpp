@@ -145,8 +145,8 @@ TEST(Dictionary, BuiltInTablesHoldExactlyTheDefinitionsOfTheText) {
 }
 
 TEST(Dictionary, BuiltInSetsAreMadeOnceWhenThreadsRace) {
-    // Threads that ask at once for the elements of sets not made yet (and of their shared
-    // ancestors) must all see the same, complete tables.
+    // Threads that look up sets not made yet (with shared ancestors) and ask for their
+    // elements at once must all see the same sets with the same, complete tables.
     const auto d = Dictionary::builtIn();
     const char16_t* const names[] = {u"IABSoundfieldLabelSubDescriptor",
                                      u"AudioChannelLabelSubDescriptor", u"ClassDefinition",
