@@ -940,6 +940,16 @@ def render_tables(groups, notice, identifiers):
         raise Fault("two sets have the same key")
     set_key_rows = [f"    {{{byte_list(key)}, {by_key[key]}}}," for key in sorted(by_key)]
     set_name_rows = [f"    {index_of[name]}," for name in sorted(names)]
+    # The local sets with a key by XML tag name; of sets that share one, the first in key order.
+    by_tag_name = {}
+    for name in names:
+        group = groups[name]
+        if group["key"] and not group["pack"]:
+            key = parse_dotted(group["key"])
+            if group["tag"] not in by_tag_name or key < by_tag_name[group["tag"]][0]:
+                by_tag_name[group["tag"]] = (key, index_of[name])
+    set_tag_rows = [f"    {{{pool(tag)}, {by_tag_name[tag][1]}}},"
+                    for tag in sorted(by_tag_name)]
     tag_rows = [f"    {{0x{tag}, {by_tag[tag][1]}}}," for tag in sorted(by_tag)]
     # One array of all the texts and their start offsets: unlike a table of views it holds no
     # pointers, so the program's loader has nothing to relocate in it.
@@ -1005,6 +1015,10 @@ def render_tables(groups, notice, identifiers):
     ] + set_name_rows + [
         "};",
         "",
+        "constexpr SetTagRow setTagTable[] = {",
+    ] + set_tag_rows + [
+        "};",
+        "",
         "} // namespace",
         "",
         "const Tables& tables() noexcept {",
@@ -1014,7 +1028,8 @@ def render_tables(groups, notice, identifiers):
         "                                std::size(elementTable),",
         "                                labelTable, std::size(labelTable), tagTable,",
         "                                std::size(tagTable), setKeyTable, std::size(setKeyTable),",
-        "                                setNameTable, std::size(setNameTable)};",
+        "                                setNameTable, std::size(setNameTable), setTagTable,",
+        "                                std::size(setTagTable)};",
         "    return all;",
         "}",
         "",

@@ -83,6 +83,13 @@ struct SetKeyRow {
     std::uint16_t set;
 };
 
+/// A local set with a key by its XML tag name (a string index); sorted by that text. Where
+/// several sets share a tag name, the row names the first of them in key order.
+struct SetTagRow {
+    std::uint16_t tag;
+    std::uint16_t set;
+};
+
 /// All tables. Every string is printable ASCII.
 struct Tables {
     /// The texts end to end; text i is [stringStarts[i], stringStarts[i + 1]).
@@ -104,6 +111,8 @@ struct Tables {
     /// Every set index once, sorted by the set's name.
     const std::uint16_t* setNames;
     std::size_t setNameCount;
+    const SetTagRow* setTags;
+    std::size_t setTagCount;
 };
 
 /// The compiled-in tables (src/MetaMetadata/BuiltInDictionaryTables.cpp).

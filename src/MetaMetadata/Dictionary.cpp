@@ -130,6 +130,27 @@ const MetaMetadataSet* Dictionary::findSetByName(const WString& name) const {
     return found == m_setsByName.end() ? nullptr : found->second;
 }
 
+const MetaMetadataSet* Dictionary::findSetByTagName(std::u16string_view tagName) const {
+    if (setsFromTables()) {
+        return m_builtIn->findSetByTagName(tagName);
+    }
+    const auto found = m_setsByTagName.find(tagName);
+    return found == m_setsByTagName.end() ? nullptr : found->second;
+}
+
+void Dictionary::indexTagName(const MetaMetadataSet& set) {
+    static const WString tagProperty(u"XMLTagName");
+    const WString* tag = set.property(tagProperty);
+    if (!set.hasKey() || set.kind() != MetaMetadataSet::Kind::LocalSet || tag == nullptr ||
+        tag->empty()) {
+        return;
+    }
+    const auto [entry, added] = m_setsByTagName.emplace(*tag, &set);
+    if (!added && set.key() < entry->second->key()) {
+        entry->second = &set;
+    }
+}
+
 Dictionary::ElementMap::const_iterator Dictionary::metaElementBegin() const {
     if (m_builtIn != nullptr) {
         m_builtIn->materializeAll();

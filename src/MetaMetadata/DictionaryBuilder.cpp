@@ -560,6 +560,7 @@ void DictionaryBuilder::commit() {
         if (set->made->hasKey()) {
             m_dictionary.m_setsByBaseKey.emplace(set->made->key().withoutVersion(), set->made);
         }
+        m_dictionary.indexTagName(*set->made);
     }
     // Merging moves the map nodes, so the staged sets keep their addresses.
     m_dictionary.m_sets.merge(m_stagedSets);

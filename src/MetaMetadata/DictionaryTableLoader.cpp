@@ -86,6 +86,16 @@ void DictionaryTableLoader::load() {
             fault("the name index is wrong at row " + std::to_string(i));
         }
     }
+    for (std::size_t i = 0; i < m_tables.setTagCount; ++i) {
+        const BuiltInTables::SetTagRow& row = m_tables.setTags[i];
+        if (row.set >= m_tables.setCount ||
+            !hasFlag(m_tables.sets[row.set], BuiltInTables::keyFlag) ||
+            hasFlag(m_tables.sets[row.set], BuiltInTables::packFlag) ||
+            m_tables.sets[row.set].xmlTag != row.tag ||
+            (i != 0 && !(stringView(m_tables.setTags[i - 1].tag) < stringView(row.tag)))) {
+            fault("the tag name index is wrong at row " + std::to_string(i));
+        }
+    }
     m_made = std::vector<std::atomic<MetaMetadataSet*>>(m_tables.setCount);
     m_dictionary.m_elementDefinitionCount = m_tables.elementCount;
 }
@@ -110,6 +120,16 @@ const MetaMetadataSet* DictionaryTableLoader::findSetByName(const WString& name)
                          });
     return found != end && stringView(m_tables.sets[*found].name) == name ? &madeSet(*found)
                                                                           : nullptr;
+}
+
+const MetaMetadataSet* DictionaryTableLoader::findSetByTagName(std::u16string_view tagName) {
+    const BuiltInTables::SetTagRow* end = m_tables.setTags + m_tables.setTagCount;
+    const BuiltInTables::SetTagRow* found =
+        std::lower_bound(m_tables.setTags, end, tagName,
+                         [this](const BuiltInTables::SetTagRow& row, std::u16string_view value) {
+                             return stringView(row.tag) < value;
+                         });
+    return found != end && stringView(found->tag) == tagName ? &madeSet(found->set) : nullptr;
 }
 
 void DictionaryTableLoader::makeAllSets() {
@@ -178,6 +198,7 @@ void DictionaryTableLoader::makeSet(std::size_t index) {
         m_dictionary.m_setsByBaseKey.emplace(key.withoutVersion(), made);
     }
     m_dictionary.m_setsByName.emplace(made->name(), made);
+    m_dictionary.indexTagName(*made);
     made->m_loader = this;
     made->m_tableIndex = static_cast<std::uint16_t>(index);
     made->m_materialized.store(false, std::memory_order_relaxed);

@@ -48,6 +48,8 @@ public:
     const MetaMetadataSet* findSet(const KLV::Key& key);
     /// `Dictionary::findSetByName` before `makeAllSets()`.
     const MetaMetadataSet* findSetByName(const WString& name);
+    /// `Dictionary::findSetByTagName` before `makeAllSets()`.
+    const MetaMetadataSet* findSetByTagName(std::u16string_view tagName);
     /// Makes every set that is not made yet and puts all of them in the dictionary's maps.
     void makeAllSets();
     /// Whether `makeAllSets()` has run.

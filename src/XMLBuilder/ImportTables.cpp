@@ -32,21 +32,12 @@ ImportTables::ImportTables(const MetaMetadata::Dictionary& dictionary, bool rene
     , m_names(renewIdentifiers)
     , m_instanceUID(
           dictionary.findElement(Metadata::Structural::StructuralMetadataULs::instanceUID()))
-    , m_generationUID(dictionary.findElement(generationUIDLabel())) {
-    static const WString tagName(Vocabulary::xmlTagName);
-    for (auto it = dictionary.metaMetadataSetBegin(); it != dictionary.metaMetadataSetEnd(); ++it) {
-        const WString* tag = it->second.property(tagName);
-        if (tag != nullptr && !tag->empty()) {
-            m_setTags.emplace(*tag, &it->second); // the first in key order keeps a shared name
-        }
-    }
-}
+    , m_generationUID(dictionary.findElement(generationUIDLabel())) {}
 
 ImportTables::~ImportTables() = default;
 
 const MetaMetadata::MetaMetadataSet* ImportTables::setNamed(std::u16string_view localName) const {
-    const auto found = m_setTags.find(localName);
-    return found != m_setTags.end() ? found->second : nullptr;
+    return m_dictionary.findSetByTagName(localName);
 }
 
 KLV::Key ImportTables::setKeyOf(const XMLNode& element,

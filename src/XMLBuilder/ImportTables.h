@@ -7,7 +7,6 @@
 #include "Vellum/XMLBuilder/Export.h"
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <string_view>
 #include <unordered_map>
@@ -111,7 +110,6 @@ public:
 private:
     const MetaMetadata::Dictionary& m_dictionary;
     ReferenceNameTable m_names;
-    std::map<WString, const MetaMetadata::MetaMetadataSet*, std::less<>> m_setTags;
     std::unordered_map<const XMLName*, const MetaMetadata::MetaMetadataSet*> m_setsByName;
     /// Element definitions by XML name, made on first use.
     std::unique_ptr<ElementNameIndex> m_elements;

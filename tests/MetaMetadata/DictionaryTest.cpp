@@ -106,6 +106,10 @@ TEST(Dictionary, BuiltInTablesHoldExactlyTheDefinitionsOfTheText) {
         ASSERT_NE(same, nullptr) << describe(it->second);
         EXPECT_EQ(describe(*same), describe(it->second));
         EXPECT_EQ(tables->findSetByName(same->name()), same);
+        const WString& tag = *same->property(u"XMLTagName");
+        const MetaMetadataSet* tagged = tables->findSetByTagName(tag);
+        ASSERT_NE(tagged, nullptr) << describe(it->second);
+        EXPECT_EQ(tagged->name(), text.findSetByTagName(tag)->name()) << "the first in key order";
         ++compared;
     }
     for (auto it = text.packBegin(); it != text.packEnd(); ++it, ++compared) {
@@ -189,6 +193,10 @@ TEST(Dictionary, BuiltInIsTheCheckedInDataFileAndFreshEachTime) {
                     "user.txt");
     EXPECT_NE(first->findSetByName(u"Acme"), nullptr);
     EXPECT_EQ(second->findSetByName(u"Acme"), nullptr);
+    // A loaded set is found by its tag name (its name), as are the built-in ones beside it.
+    EXPECT_EQ(first->findSetByTagName(u"Acme"), first->findSetByName(u"Acme"));
+    EXPECT_EQ(first->findSetByTagName(u"Preface"), first->findSetByName(u"Preface"));
+    EXPECT_EQ(second->findSetByTagName(u"Acme"), nullptr);
 }
 
 // Set keys and element labels are looked up ignoring byte 8, the version, and only it: in the

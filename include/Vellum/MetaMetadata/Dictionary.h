@@ -94,6 +94,9 @@ public:
     const MetaMetadataSet* findPack(const KLV::Key& key) const;
     /// The set or pack of this name, or nullptr.
     const MetaMetadataSet* findSetByName(const WString& name) const;
+    /// The local set with a key whose "XMLTagName" is `tagName`; where several share it, the
+    /// first in key order; nullptr if none.
+    const MetaMetadataSet* findSetByTagName(std::u16string_view tagName) const;
     /// The definition of the element with this label (byte 8 ignored), or nullptr. Where
     /// several sets define the label, a local set is preferred to a pack, a definition with
     /// a static local tag to one without, and then the one loaded first.
@@ -112,11 +115,16 @@ private:
     void makeAllSets() const;
     /// The set or pack with this key (byte 8 ignored), or nullptr.
     const MetaMetadataSet* findByKey(const KLV::Key& key) const;
+    /// Adds a set just added to the dictionary to `m_setsByTagName` when it is a local set
+    /// with a key that comes before any other of its tag name in key order.
+    void indexTagName(const MetaMetadataSet& set);
 
     SetMap m_sets;
     SetMap m_packs;
     std::map<WString, MetaMetadataSet> m_keylessSets;
     std::map<WString, MetaMetadataSet*> m_setsByName;
+    /// Local sets with a key by XML tag name (see `findSetByTagName`).
+    std::map<WString, const MetaMetadataSet*, std::less<>> m_setsByTagName;
     /// Sets and packs by key with byte 8 set to zero.
     std::map<KLV::Key, MetaMetadataSet*> m_setsByBaseKey;
     ElementMap m_elements;
