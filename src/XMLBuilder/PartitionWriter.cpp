@@ -9,7 +9,6 @@
 #include "XMLBuilder/XMLNames.h"
 
 #include "Vellum/Exceptions/Throw.h"
-#include "Vellum/KLV/KeyClassification.h"
 #include "Vellum/Metadata/MetadataSet.h"
 #include "Vellum/Metadata/PartitionMetadata.h"
 #include "Vellum/Metadata/ReferenceCollectionElement.h"
@@ -42,12 +41,8 @@ template <typename Follow>
 void forEachFollowedTarget(const Metadata::MetadataSet& set, const WriterContext& context,
                            const Follow& follow) {
     const auto add = [&](const Types::Reference& reference) {
-        if (reference.identifier() != Types::Identifiers::StrongReference) {
-            return;
-        }
         const InstanceIndex::Sets targets = context.instances.find(reference.uuid());
-        if (targets.empty() || (context.structuralTargetsOnly &&
-                                !KLV::isStructuralMetadataSet(targets.front()->key()))) {
+        if (targets.empty() || !context.follows(reference, *targets.front())) {
             return;
         }
         if (!context.typedReferences) {

@@ -7,7 +7,6 @@
 #include "XMLBuilder/ToXMLReferenceVisitor.h"
 #include "XMLBuilder/Vocabulary.h"
 
-#include "Vellum/KLV/KeyClassification.h"
 #include "Vellum/MetaMetadata/MetaElement.h"
 #include "Vellum/MetaMetadata/MetaMetadataSet.h"
 #include "Vellum/Metadata/ArrayElement.h"
@@ -277,13 +276,12 @@ void ToXMLElementVisitor::writeReference(const Types::Reference& reference,
     }
     const Metadata::MetadataSet& first = *targets.front();
     const bool strong = reference.identifier() == Types::Identifiers::StrongReference;
-    const bool followed =
-        !m_context.structuralTargetsOnly || KLV::isStructuralMetadataSet(first.key());
+    const bool followed = m_context.follows(reference, first);
     if (m_context.typedReferences) {
         // A target is nested where it is met first; one already written, one the options do
         // not follow and one the dictionary does not describe are named by identifier, and
         // the floating pass writes what no pass reaches.
-        const bool nests = strong && followed && !m_context.visited.contains(&first);
+        const bool nests = followed && !m_context.visited.contains(&first);
         if (first.definition() != nullptr && (nests || !strong)) {
             ToXMLReferenceVisitor writer(first, m_sink, m_context);
             reference.accept(writer);
@@ -293,7 +291,7 @@ void ToXMLElementVisitor::writeReference(const Types::Reference& reference,
         return;
     }
     writeByIdentifier(reference, propertyNamespace, targets);
-    if (strong && followed) {
+    if (followed) {
         // Strong targets follow the set as siblings under the document element, linked by
         // the "_REF" element.
         m_targets.insert(m_targets.end(), targets.begin(), targets.end());

@@ -6,6 +6,10 @@
 #include "XMLBuilder/SetRecord.h"
 #include "XMLBuilder/XMLNames.h"
 
+#include "Vellum/KLV/KeyClassification.h"
+#include "Vellum/Metadata/MetadataSet.h"
+#include "Vellum/Types/Reference.h"
+
 namespace Vellum::Metadata {
 class PartitionMetadata;
 } // namespace Vellum::Metadata
@@ -28,6 +32,14 @@ struct WriterContext {
     DocumentLayout& layout;
 
     NamespaceRecord& namespaces() const noexcept { return names.namespaces(); }
+
+    /// Whether writers follow `reference`, whose first target is `first`: a strong reference
+    /// to a set the options follow (a structural one, with `structuralTargetsOnly`). A followed
+    /// target is nested (typed references) or listed after its holder (flat).
+    bool follows(const Types::Reference& reference, const Metadata::MetadataSet& first) const {
+        return reference.identifier() == Types::Identifiers::StrongReference &&
+               (!structuralTargetsOnly || KLV::isStructuralMetadataSet(first.key()));
+    }
 
     /// The same context with another `typedReferences`.
     WriterContext withTypedReferences(bool typed) const noexcept {
